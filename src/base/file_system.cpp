@@ -1,0 +1,161 @@
+#include "base/file_system.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "base/failure.hpp"
+
+namespace velmor {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool SameWithoutCase(const std::string& a, const std::string& b) {
+  const auto lower = [](char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [&](char one, char other) { return lower(one) == lower(other); });
+}
+
+[[noreturn]] void FailOpening(const std::string& path, int errorNumber, std::source_location where) {
+  const bool missing = errorNumber == ENOENT || errorNumber == ENOTDIR;
+  const int number = missing ? error::FileNotFound : error::PathAccessError;
+  throw Failure(missing ? Cause::MissingFile : Cause::General, number, path + ": " + std::strerror(errorNumber), path,
+                where);
+}
+
+}  // namespace
+
+std::string FindFile(const std::string& path) {
+  std::error_code ignored;
+  const fs::path asSpelled(path);
+  if (fs::exists(fs::symlink_status(asSpelled, ignored))) return path;
+  const std::string wanted = asSpelled.filename().string();
+  const fs::path folder = asSpelled.has_parent_path() ? asSpelled.parent_path() : fs::path(".");
+  std::string found;
+  for (fs::directory_iterator entry(folder, ignored), end; !ignored && entry != end; entry.increment(ignored)) {
+    std::string name = entry->path().filename().string();
+    if (SameWithoutCase(name, wanted) && (found.empty() || name < found)) found = std::move(name);
+  }
+  return found.empty() ? path : (asSpelled.parent_path() / found).string();
+}
+
+void DeleteFile(const std::string& path) { ::unlink(FindFile(path).c_str()); }
+
+std::int64_t FileSize(const std::string& path) {
+  struct stat status {};
+  return ::stat(FindFile(path).c_str(), &status) == 0 ? static_cast<std::int64_t>(status.st_size) : -1;
+}
+
+std::string ProgramFolder() { return fs::read_symlink("/proc/self/exe").parent_path().string() + "/"; }
+
+InputFile::InputFile(const std::string& path, std::source_location where) : path_(path) {
+  descriptor_ = ::open(FindFile(path).c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor_ < 0) FailOpening(path_, errno, where);
+  struct stat status {};
+  if (::fstat(descriptor_, &status) == 0 && S_ISDIR(status.st_mode)) {
+    ::close(descriptor_);
+    FailOpening(path_, EISDIR, where);
+  }
+  size_ = static_cast<std::int64_t>(status.st_size);
+}
+
+InputFile::~InputFile() { ::close(descriptor_); }
+
+std::size_t InputFile::ReadSome(void* to, std::size_t bytes) {
+  char* const target = static_cast<char*>(to);
+  std::size_t done = 0;
+  while (done < bytes) {
+    const ssize_t count = ::read(descriptor_, target + done, bytes - done);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throw Failure(error::ReadWriteError, path_ + ": " + std::strerror(errno));
+    if (count == 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+void InputFile::Read(void* to, std::size_t bytes) {
+  if (ReadSome(to, bytes) < bytes) throw Failure(error::InputPastEnd, path_ + ": the file is cut short");
+}
+
+OutputFile::OutputFile(const std::string& path, Unfinished unfinished, std::source_location where)
+    : path_(FindFile(path)),
+      unfinished_(unfinished),
+      where_(where),
+      buffer_(std::make_unique_for_overwrite<char[]>(BufferSize)) {
+  // A link is followed, so that the file it points at is replaced and the link stays.
+  std::error_code ignored;
+  if (fs::path target = fs::canonical(path_, ignored); !ignored) path_ = target.string();
+  const fs::file_status status = fs::status(path_, ignored);
+  if (fs::is_directory(status)) FailOpening(path, EISDIR, where);
+  if (!fs::exists(status) || fs::is_regular_file(status)) temporary_ = path_ + ".part";
+  const std::string& name = temporary_.empty() ? path_ : temporary_;
+  descriptor_ = ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  if (descriptor_ < 0) {
+    throw Failure(error::PathAccessError, path + " cannot be written: " + std::strerror(errno), where);
+  }
+}
+
+OutputFile::~OutputFile() {
+  if (descriptor_ < 0) return;
+  if (unfinished_ == Unfinished::Keep && !failed_) {
+    try {
+      Close();
+      return;
+    } catch (const Failure&) {
+      // The stage is failing already; a file that cannot even keep what it had is discarded below.
+    }
+  }
+  if (descriptor_ >= 0) ::close(descriptor_);
+  if (temporary_.empty()) return;
+  ::unlink(temporary_.c_str());
+  ::unlink(path_.c_str());
+}
+
+void OutputFile::FailWriting(std::source_location where) {
+  failed_ = true;
+  throw Failure(error::ReadWriteError, path_ + " cannot be written: " + std::strerror(errno), where);
+}
+
+void OutputFile::Write(const void* from, std::size_t bytes) {
+  const char* const source = static_cast<const char*>(from);
+  for (std::size_t done = 0; done < bytes;) {
+    const ssize_t count = ::write(descriptor_, source + done, bytes - done);
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) FailWriting(where_);
+    done += static_cast<std::size_t>(count);
+  }
+}
+
+void OutputFile::Flush() {
+  Write(buffer_.get(), used_);
+  used_ = 0;
+}
+
+void OutputFile::Append(std::string_view text) {
+  if (text.size() > BufferSize - used_) Flush();
+  if (text.size() > BufferSize) return Write(text.data(), text.size());
+  std::memcpy(buffer_.get() + used_, text.data(), text.size());
+  used_ += text.size();
+}
+
+void OutputFile::Close(std::source_location where) {
+  Flush();
+  const int descriptor = std::exchange(descriptor_, -1);
+  if (::close(descriptor) != 0 || (!temporary_.empty() && ::rename(temporary_.c_str(), path_.c_str()) != 0)) {
+    const int reason = errno;
+    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+    errno = reason;
+    FailWriting(where);
+  }
+}
+
+}  // namespace velmor

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <source_location>
+#include <string>
+#include <string_view>
+
+namespace velmor {
+
+/// The file that `path` means. Names are case-blind: a path that does not exist as spelled is looked up once
+/// more in its folder without regard to case (the first match in alphabetical order). Without a match it is
+/// `path` itself, which is then the name of a file to create.
+std::string FindFile(const std::string& path);
+
+/// Deletes the file that `path` means. A file that does not exist is no error.
+void DeleteFile(const std::string& path);
+
+/// Size in bytes of the file that `path` means, or -1 if there is none.
+std::int64_t FileSize(const std::string& path);
+
+/// The folder that holds the running program, absolute, with a trailing '/'.
+std::string ProgramFolder();
+
+/// A file opened for reading. Failure 53 if it is not there, 75 if it is there and cannot be opened (a folder,
+/// no permission), 57 if reading fails later.
+class InputFile {
+ public:
+  explicit InputFile(const std::string& path, std::source_location where = std::source_location::current());
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+
+  const std::string& Path() const { return path_; }
+  std::int64_t Size() const { return size_; }
+  /// Fills `bytes` bytes from the current position; failure 62 if the file ends before.
+  void Read(void* to, std::size_t bytes);
+  /// Up to `bytes` bytes from the current position; returns how many there were.
+  std::size_t ReadSome(void* to, std::size_t bytes);
+
+ private:
+  std::string path_;
+  int descriptor_ = -1;
+  std::int64_t size_ = 0;
+};
+
+/// What becomes of a file whose stage fails before Close.
+enum class Unfinished { Discard, Keep };
+
+/// A file being written. It grows under a name of its own beside its place and takes its place at Close, so
+/// that a program killed at any moment leaves a whole file or none. Without Close, when its stage fails, it
+/// disappears together with the older file of its name, so that nothing stale is taken for its result, or
+/// stays with what had been written (Unfinished::Keep). A device in its place is written directly.
+/// Failure 75 if it cannot be created, 57 if writing fails (a full disk).
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& path, Unfinished unfinished = Unfinished::Discard,
+                      std::source_location where = std::source_location::current());
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  void Write(const void* from, std::size_t bytes);
+  /// Appends text through a buffer of the file's own.
+  void Append(std::string_view text);
+  void Close(std::source_location where = std::source_location::current());
+
+ private:
+  void Flush();
+  [[noreturn]] void FailWriting(std::source_location where = std::source_location::current());
+
+  static constexpr std::size_t BufferSize = std::size_t{1} << 18;
+  std::string path_;       // where the file belongs
+  std::string temporary_;  // where it grows; empty if it is written in place
+  Unfinished unfinished_;
+  std::source_location where_;
+  int descriptor_ = -1;
+  bool failed_ = false;
+  std::size_t used_ = 0;
+  std::unique_ptr<char[]> buffer_;
+};
+
+}  // namespace velmor

@@ -1,0 +1,82 @@
+#include "elements/assembly.hpp"
+
+#include <algorithm>
+#include <string>
+
+#include "base/failure.hpp"
+#include "run/run.hpp"
+
+namespace velmor {
+
+void ClearElementAxes(Run& run) { run.work.ElementAxes.Clear(); }
+
+void SetTranslationAxis(Run& run, int column, const Vector3& axis) {
+  for (int k = 1; k <= 3; ++k) run.work.ElementAxes(k, column) = axis(k);
+}
+
+void SetRotationAxis(Run& run, int column, const Vector3& axis) {
+  for (int k = 1; k <= 3; ++k) run.work.ElementAxes(3 + k, column) = axis(k);
+}
+
+void MirrorStiffness(Run& run, int n) {
+  auto& K = run.work.ElementStiffness;
+  for (int i = 1; i <= n; ++i) {
+    for (int j = i + 1; j <= n; ++j) K(j, i) = K(i, j);
+  }
+}
+
+void TransformToGlobal(Run& run, int nodes, int localDof) {
+  const auto& T = run.work.ElementAxes;
+  const auto& K = run.work.ElementStiffness;
+  const int f = run.sizes.DofPerNode, m = localDof;
+  for (int a = 1; a <= nodes; ++a) {
+    for (int b = a; b <= nodes; ++b) {
+      for (int i = 1; i <= f; ++i) {
+        for (int j = 1; j <= f; ++j) {
+          double sum = 0;
+          for (int q = 1; q <= m; ++q) {
+            for (int p = 1; p <= m; ++p) sum += K((a - 1) * m + p, (b - 1) * m + q) * T(i, p) * T(j, q);
+          }
+          run.work.ElementBlock((a - 1) * f + i, (b - 1) * f + j) = sum;
+        }
+      }
+    }
+  }
+}
+
+void NumberEquations(Run& run, int nodes) {
+  const int f = run.sizes.DofPerNode;
+  int lowest = run.sizes.NodeCount, highest = 1;
+  for (int a = 1; a <= nodes; ++a) {
+    const int node = run.work.ElementNodes(a);
+    lowest = std::min(lowest, node);
+    highest = std::max(highest, node);
+    for (int k = 1; k <= f; ++k) run.work.EquationMap((a - 1) * f + k) = run.sizes.Equation(node, k);
+  }
+  if ((highest - lowest + 1) > run.sizes.BandInput / f) {
+    throw Failure(error::SubscriptOutOfRange, run.File(".DAT") + ": an element of nodes " + std::to_string(lowest) +
+                                                  " to " + std::to_string(highest) +
+                                                  " is wider than the half bandwidth of the file");
+  }
+}
+
+void AssembleElement(Run& run, int n) {
+  BandMatrix& K = run.GlobalBand;
+  for (int r = 1; r <= n; ++r) {
+    for (int c = r; c <= n; ++c) {
+      const int e1 = run.work.EquationMap(r), e2 = run.work.EquationMap(c);
+      double* const row = K.Row(std::min(e1, e2));
+      const int d = std::abs(e2 - e1) + 1;
+      row[d] += run.work.ElementBlock(r, c);
+      row[0] = std::max(row[0], static_cast<double>(d));
+    }
+  }
+}
+
+void AddElement(Run& run, int nodes, int localDof) {
+  TransformToGlobal(run, nodes, localDof);
+  NumberEquations(run, nodes);
+  AssembleElement(run, nodes * run.sizes.DofPerNode);
+}
+
+}  // namespace velmor

@@ -1,0 +1,89 @@
+#include "elements/band_matrix.hpp"
+
+#include <algorithm>
+#include <bit>
+#include <vector>
+
+#include "base/failure.hpp"
+#include "base/file_system.hpp"
+
+namespace velmor {
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "NAME.MAT holds little-endian doubles");
+
+constexpr int NumbersInLine = 8;  // doubles in a cache line
+
+std::size_t Stride(int bandBound) {
+  const std::size_t lines = (static_cast<std::size_t>(bandBound) + NumbersInLine) / NumbersInLine;
+  return NumbersInLine * lines;
+}
+
+/// Columns that are turned at a time: a cache line of every row, so that each row is touched once a strip.
+constexpr int StripWidth = NumbersInLine;
+
+struct Strip {
+  int first, columns;
+};
+
+Strip StripAt(int d, int bandBound) { return {d, std::min(StripWidth, bandBound + 1 - d)}; }
+
+void CheckHeights(const BandMatrix& K, const std::string& path, int equations, int BandInput,
+                  std::source_location where) {
+  for (int e = 1; e <= K.EquationBound(); ++e) {
+    const double height = K(e, 0);
+    const int highest = std::max(0, std::min(BandInput, equations - e + 1));
+    if (!(height >= 0 && height <= highest && height == static_cast<int>(height))) {
+      throw Failure(error::SubscriptOutOfRange, path + ": the height of row " + std::to_string(e) + " is impossible",
+                    where);
+    }
+  }
+}
+
+}  // namespace
+
+BandMatrix::BandMatrix(int equationBound, int bandBound)
+    : equationBound_(equationBound),
+      bandBound_(bandBound),
+      stride_(Stride(bandBound)),
+      block_((static_cast<std::uint64_t>(equationBound) + 1) * stride_) {}
+
+std::int64_t MatrixFileSize(int equationBound, int bandBound) {
+  return 8 * (std::int64_t{equationBound} + 1) * (std::int64_t{bandBound} + 1);
+}
+
+void SaveMatrix(const BandMatrix& K, const std::string& path) {
+  DeleteFile(path);  // first, so that the disk need not hold the old matrix and the new one
+  OutputFile file(path);
+  const std::size_t rows = static_cast<std::size_t>(K.EquationBound()) + 1;
+  std::vector<double> turned(rows * StripWidth);
+  for (int d = 0; d <= K.BandBound(); d += StripWidth) {
+    const Strip strip = StripAt(d, K.BandBound());
+    for (std::size_t e = 0; e < rows; ++e) {
+      const double* const row = K.Row(static_cast<int>(e)) + strip.first;
+      for (int c = 0; c < strip.columns; ++c) turned[static_cast<std::size_t>(c) * rows + e] = row[c];
+    }
+    file.Write(turned.data(), sizeof(double) * rows * static_cast<std::size_t>(strip.columns));
+  }
+  file.Close();
+}
+
+void LoadMatrix(BandMatrix& K, const std::string& path, int equations, int BandInput, std::source_location where) {
+  InputFile file(path, where);
+  const std::int64_t size = MatrixFileSize(K.EquationBound(), K.BandBound());
+  if (file.Size() < size) throw Failure(error::InputPastEnd, path + ": the matrix is cut short", where);
+  if (file.Size() > size) throw Failure(error::SubscriptOutOfRange, path + " belongs to another model", where);
+  const std::size_t rows = static_cast<std::size_t>(K.EquationBound()) + 1;
+  std::vector<double> turned(rows * StripWidth);
+  for (int d = 0; d <= K.BandBound(); d += StripWidth) {
+    const Strip strip = StripAt(d, K.BandBound());
+    file.Read(turned.data(), sizeof(double) * rows * static_cast<std::size_t>(strip.columns));
+    for (std::size_t e = 0; e < rows; ++e) {
+      double* const row = K.Row(static_cast<int>(e)) + strip.first;
+      for (int c = 0; c < strip.columns; ++c) row[c] = turned[static_cast<std::size_t>(c) * rows + e];
+    }
+  }
+  CheckHeights(K, path, equations, BandInput, where);
+}
+
+}  // namespace velmor

@@ -1,0 +1,82 @@
+// The EEM stage: element records and materials to GlobalBand and NAME.MAT.
+
+#include <optional>
+#include <string>
+
+#include "base/item_writer.hpp"
+#include "elements/assembly.hpp"
+#include "elements/line_elements.hpp"
+#include "run/run.hpp"
+#include "run/stage_support.hpp"
+#include "run/stages.hpp"
+
+namespace velmor {
+namespace {
+
+/// NAME.GPD, created at the first gap element.
+class GapList {
+ public:
+  explicit GapList(std::string path) : path_(std::move(path)) {}
+  ItemWriter& Open() {
+    if (!file_) file_.emplace(path_);
+    return *file_;
+  }
+  void Close() {
+    if (file_) file_->Close();
+  }
+
+ private:
+  std::string path_;
+  std::optional<ItemWriter> file_;
+};
+
+/// Reads the rest of an element record and adds the element to GlobalBand. A new family is one line here.
+void DispatchElement(Run& run, ItemReader& dat, int type, GapList& gaps) {
+  switch (type) {
+    case 1:
+      return Bar(run, dat, type);
+    case 7:
+      return Beam(run, dat, type);
+    case 14:
+      return Gap(run, dat, type, gaps.Open());
+    case 16:
+      return NodalSpring(run, dat, type);
+    case 17:
+      return TransverseBar(run, dat, type);
+    default:
+      throw Failure(error::SubscriptOutOfRange,
+                    dat.Describe("element type ") + std::to_string(type) + " has no stiffness routine yet");
+  }
+}
+
+void AssembleStiffness(Run& run) {
+  run.flags.EigenFlag = TakeControlFile(run).flags.EigenFlag;
+  ItemReader dat = OpenElementRecords(run);
+  ShowMatrixSize(run, run.sizes.EquationBound());
+  run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
+  run.MassVector = Column(run.sizes.EquationBound());
+  run.materials = ReadMaterials(run.File(".MLT"), run.modelSizeValues.MaterialLimit(), MaterialPart::FieldsAndSprings);
+
+  ShowStatus(run, "Generating Stiffness Matrix ");
+  GapList gaps(run.File(".GPD"));
+  for (int record = 1; record <= run.sizes.ElementCount; ++record) {
+    run.form2.Label8.caption = std::to_string(record);
+    run.display.Refresh(run.form2);
+    const int type = dat.Whole("element type");
+    ClearElementAxes(run);
+    DispatchElement(run, dat, type, gaps);
+  }
+  gaps.Close();
+
+  ShowStatus(run, "Saving Matrix");
+  SaveMatrix(run.GlobalBand, run.File(".MAT"));
+}
+
+}  // namespace
+
+void RunStiffnessStage(Run& run) {
+  BeginStage(run, "EEM 3.1");
+  if (const auto failure = Attempt([&] { AssembleStiffness(run); })) EndAfterFailure(run, *failure);
+}
+
+}  // namespace velmor

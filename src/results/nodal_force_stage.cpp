@@ -1,0 +1,90 @@
+// The Nodal Force stage: stiffness times displacements less the loads, to NAME.KRT.
+
+#include <string>
+
+#include "base/item_writer.hpp"
+#include "results/band_product.hpp"
+#include "run/run.hpp"
+#include "run/stage_support.hpp"
+#include "run/stages.hpp"
+#include "solve/load_assembly.hpp"
+
+namespace velmor {
+namespace {
+
+/// A number as print statements have it, a blank (or minus) before it and a blank after.
+std::string Printed(int value) { return (value < 0 ? "" : " ") + std::to_string(value) + " "; }
+
+/// The same, padded with blanks to a print zone of 14 columns.
+std::string PrintZone(int value) {
+  constexpr std::size_t width = 14;
+  std::string text = Printed(value);
+  text.resize(std::max(text.size(), width), ' ');
+  return text;
+}
+
+Grid MultiplyByDisplacements(Run& run) {
+  Grid forces(run.LoadCaseCount, run.sizes.EquationBound());
+  const int equations = run.sizes.EquationCount();
+  for (int c = 1; c <= run.LoadCaseCount; ++c) {
+    MultiplyBand(run.GlobalBand, run.LoadTable.RowStart(c), forces.RowStart(c), equations, [&](int row) {
+      run.form2.Label8.caption = Percent(row, equations);
+      run.display.Refresh(run.form2);
+    });
+  }
+  return forces;
+}
+
+void WriteNodalForces(const Run& run, const Grid& forces) {
+  const ModelSizes& sizes = run.sizes;
+  ItemWriter file(run.File(".KRT"), Unfinished::Keep);
+  file.Print(PrintZone(sizes.NodeCount) + PrintZone(run.analysisCode));
+  file.EndLine();
+  for (int c = 1; c <= run.LoadCaseCount; ++c) {
+    Row<double, 6> totals;
+    for (int n = 1; n <= sizes.NodeCount; ++n) {
+      file.Print(Printed(n));
+      for (int k = 1; k <= sizes.DofPerNode; ++k) {
+        const int e = sizes.Equation(n, k);
+        const double force = forces(c, e) - run.LoadTable(c, e);
+        totals(k) += force;
+        file.Item(force);
+      }
+      file.EndLine();
+    }
+    file.Item(0);
+    for (int k = 1; k <= sizes.DofPerNode; ++k) file.Item(totals(k));
+    file.EndLine();
+    file.Line("END");
+  }
+  file.Close();
+}
+
+void ComputeNodalForces(Run& run) {
+  run.form2.Label8.caption = "0 %";
+  TakeControlFile(run);
+  OpenElementRecords(run);
+  run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
+  ShowMatrixSize(run, run.sizes.EquationBound());
+  ShowStatus(run, "Reading Stiffness Matrix from file");
+  LoadMatrix(run.GlobalBand, run.File(".MAT"), run.sizes.EquationCount(), run.sizes.BandInput);
+
+  ShowStatus(run, "Calculating Nodal Forces");
+  const Grid forces = MultiplyByDisplacements(run);
+  run.GlobalBand = BandMatrix();
+  AssembleLoads(run);
+  WriteNodalForces(run, forces);
+}
+
+}  // namespace
+
+void RunNodalForceStage(Run& run) {
+  BeginStage(run, "Nodal Force 1.0");
+  if (const auto failure = Attempt([&] { ComputeNodalForces(run); })) {
+    ShowFailure(run, *failure);
+    run.display.MessageBox("PROCESS STOPPED");
+    run.failed = true;
+  }
+}
+
+}  // namespace velmor

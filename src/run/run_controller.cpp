@@ -1,0 +1,134 @@
+// Start-up, the sequence of the stages, the manual path, and the ends of a run.
+
+#include "run/run_controller.hpp"
+
+#include "base/file_system.hpp"
+#include "model/model_scan.hpp"
+#include "run/run.hpp"
+#include "run/stage_support.hpp"
+#include "run/stages.hpp"
+
+namespace velmor {
+namespace {
+
+constexpr const char* ProgramVersion = "3.2";
+constexpr int FailedStatus = 1;
+
+std::string Caption() { return std::string("Velmor ") + ProgramVersion; }
+
+/// Defaults and working-space values; nothing of an earlier run stays but the windows' texts.
+void StartUp(Run& run) {
+  static_cast<RunState&>(run) = RunState{};
+  bool readable = true;
+  run.modelSizeValues = ReadModelSizeValues(run.programFolder, readable);
+  if (!readable) {
+    run.display.MessageBox(
+        "Error reading Model size. Set your default model size!!  Use [File,Model size..] from the main menu");
+  }
+  run.form1.Command1.visible = run.form1.Command2.visible = run.form1.Command3.visible = false;
+}
+
+/// Deletes the stress results of an earlier run; a file that does not exist is no error.
+void CleanUpStressResults(const Run& run) {
+  for (const char* extension : {".RSA", ".RLA", ".NSR", ".NSL", ".NSA", ".NLA", ".GSR", ".LSR", ".LES"}) {
+    DeleteFile(run.File(extension));
+  }
+}
+
+/// The load routine of the stress window, with which every complete run ends.
+[[noreturn]] void LoadNsa(Run& run) {
+  CleanUpStressResults(run);
+  const auto failure = Attempt([&] {
+    ItemReader lcd(run.File(".lcd"));
+    run.LoadCaseCount = ReadLoadCaseCount(lcd);
+  });
+  if (failure) EndAfterFailure(run, *failure);
+  if (IsOn(run.flags.LineStressFlag)) RunLineStressStage(run);
+  if (IsOn(run.flags.FEStressFlag)) {
+    RunNodalStressStage(run);
+    RunStressAverageStage(run);
+  }
+  EndProgram(run, run.failed ? FailedStatus : 0);
+}
+
+/// The load routine of form2: the run sequence behind the Kol stage.
+[[noreturn]] void LoadForm2(Run& run) {
+  run.form2.caption = Caption();
+  if (IsOn(run.flags.CompileStiffnessFlag)) RunStiffnessStage(run);
+  if (IsOn(run.flags.MassFlag)) RunMassStage(run);
+  if (IsOn(run.flags.EigenFlag)) RunEigenStage(run);
+  if (run.gapFlag) {
+    RunGapStage(run);
+  } else if (IsOn(run.flags.SolveFlag)) {
+    RunSysStage(run);
+    RunNodalForceStage(run);
+  }
+  LoadNsa(run);
+}
+
+/// The load routine of the main window; returns only where a person has to go on at the buttons.
+void LoadForm1(Run& run) {
+  run.form1.Text2.visible = run.form1.Text3.visible = false;
+  StartUp(run);
+  run.form1.caption = Caption();
+  RunKolStage(run);
+  if (!run.stopFlag) LoadForm2(run);
+  run.form1.Command1.visible = run.form1.Command2.visible = run.form1.Command3.visible = true;
+  run.display.Refresh(run.form1);
+}
+
+/// Browse: the model path is the chosen path without its last four characters, the extension with its point.
+void Browse(Run& run, std::string& modelPath) {
+  const auto chosen = run.display.OpenFile(run.form1.CMDialog1);
+  if (!chosen) return;
+  modelPath = chosen->substr(0, chosen->size() - std::min<std::size_t>(chosen->size(), 4));
+  run.form1.Text4.text = modelPath;
+  run.display.Refresh(run.form1);
+}
+
+/// Run: settles the analysis code by a scan of the model and writes EEM.CTR, through which the options reach the run.
+/// Returns false, with the reason on the display, if there is no model to scan.
+bool WriteManualControlFile(Run& run, const std::string& modelPath) {
+  const auto failure = Attempt([&] {
+    const ElementTypeTable types = ReadElementTypes(run.programFolder);
+    const int code = ScanAnalysisCode(modelPath + ".tek", types, run.twoDimensional != 0);
+    WriteControlFile(run.programFolder, {modelPath, code, run.flags});
+  });
+  if (failure) run.display.Explain({"Run", failure->number, failure->line, failure->what()});
+  return !failure;
+}
+
+/// The main window with its buttons, until a run ends the program or the window is closed.
+void ServeMainWindow(Run& run) {
+  std::string modelPath;
+  for (;;) {
+    switch (run.display.WaitForUser(run.form1)) {
+      case MainWindowAction::Browse:
+        Browse(run, modelPath);
+        break;
+      case MainWindowAction::Options:
+        run.display.MessageBox("The options window is not built yet.");
+        break;
+      case MainWindowAction::Run:
+        if (WriteManualControlFile(run, modelPath)) LoadForm1(run);
+        break;
+      case MainWindowAction::Close:
+        EndProgram(run, FailedStatus);
+    }
+  }
+}
+
+}  // namespace
+
+int RunProgram(Display& display, const std::string& programFolder) {
+  Run run(display, programFolder);
+  try {
+    LoadForm1(run);
+    ServeMainWindow(run);
+  } catch (const ProgramEnd& end) {
+    return end.status;
+  }
+  return FailedStatus;
+}
+
+}  // namespace velmor

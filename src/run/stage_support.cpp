@@ -1,0 +1,94 @@
+#include "run/stage_support.hpp"
+
+#include <string>
+
+#include "base/file_system.hpp"
+#include "model/element_records.hpp"
+#include "run/run.hpp"
+
+namespace velmor {
+
+ControlFile TakeControlFile(Run& run, std::source_location where) {
+  ControlFile control = ReadControlFile(run.programFolder, where);
+  run.modelName = control.modelName;
+  run.analysisCode = control.analysisCode;
+  run.DofPerNode = DofPerNodeOf(control.analysisCode);
+  const int eigenFlag = run.flags.EigenFlag;
+  run.flags = control.flags;
+  run.flags.EigenFlag = eigenFlag;
+  return control;
+}
+
+ItemReader OpenElementRecords(Run& run, std::source_location where) {
+  ItemReader dat(run.File(".DAT"), where);
+  run.sizes = ReadModelSizes(dat, run.DofPerNode, run.model.nodeCount, where);
+  return dat;
+}
+
+void BeginStage(Run& run, const char* caption) {
+  run.form2.Frame1.caption = caption;
+  run.form2.Text5.visible = false;
+  run.form2.Text6.visible = false;
+  ShowStatus(run, "Declaring working Space");
+}
+
+void ShowStatus(Run& run, const char* status) {
+  run.form2.Label7.caption = status;
+  run.display.Refresh(run.form2);
+}
+
+void ShowMatrixSize(Run& run, int bound) {
+  const ModelSizes& sizes = run.sizes;
+  run.form2.Text2.text = std::to_string(bound - sizes.DofPerNode);
+  run.form2.Text3.text = std::to_string(sizes.BandInput);
+  run.form2.Text4.text = std::to_string(static_cast<long long>(bound / 1024.0 * sizes.BandBound() * 4)) + " kB";
+  run.display.Refresh(run.form2);
+}
+
+void ShowFailure(Run& run, const Failure& failure) {
+  run.form2.Label5.caption = "Error No.";
+  run.form2.Label6.caption = "Error line";
+  run.form2.Text5 = {std::to_string(failure.number), true};
+  run.form2.Text6 = {std::to_string(failure.line), true};
+  run.display.Refresh(run.form2);
+  run.display.Explain({run.form2.Frame1.caption, failure.number, failure.line, failure.what()});
+}
+
+void EndAfterFailure(Run& run, const Failure& failure) {
+  const auto endWith = [&](std::initializer_list<std::string> messages) {
+    run.display.Explain({run.form2.Frame1.caption, failure.number, failure.line, failure.what()});
+    for (const std::string& message : messages) run.display.MessageBox(message);
+  };
+  switch (failure.cause) {
+    case Cause::MissingFile:
+      endWith({"FILE NOT FOUND: " + failure.path, "FATAL ERROR, RUN ABORTED"});
+      break;
+    case Cause::ControlFile:
+      endWith({"NOT CORRECTLY STARTED"});
+      break;
+    case Cause::NoMaterials:
+      endWith({"NO MATERIALS DEFINED", "FATAL ERROR, RUN ABORTED"});
+      break;
+    case Cause::BandMemory:
+      endWith({"Out of Memory, Reduce size of declaired model"});
+      break;
+    case Cause::SingularBand:
+      endWith({"MATRIX IS SINGULAR", "THE CONSTRUCTIE HAS A MECHANISM"});
+      break;
+    case Cause::NoPlateTable:
+      endWith({"PLAT.ELM NOT FOUND"});
+      break;
+    case Cause::General:
+      ShowFailure(run, failure);
+      run.display.MessageBox("CALCULATION STOPPED");
+      break;
+  }
+  EndProgram(run, 1);
+}
+
+void EndProgram(Run& run, int status) {
+  DeleteFile(run.programFolder + ControlFileName);
+  throw ProgramEnd{status};
+}
+
+}  // namespace velmor

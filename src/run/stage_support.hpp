@@ -1,0 +1,63 @@
+#pragma once
+
+#include <new>
+#include <optional>
+#include <source_location>
+#include <stdexcept>
+
+#include "base/failure.hpp"
+#include "base/item_reader.hpp"
+#include "run/control_file.hpp"
+
+namespace velmor {
+
+struct Run;
+
+// What the stages have in common: how they begin, and how they end when they fail.
+
+/// Reads EEM.CTR again and stores the model name, the analysis code with its degrees of freedom per node, and all
+/// flags but the Eigen flag, which only the EEM stage takes from the result.
+ControlFile TakeControlFile(Run& run, std::source_location where = std::source_location::current());
+
+/// Opens NAME.DAT and reads its head into run.sizes; the records follow.
+ItemReader OpenElementRecords(Run& run, std::source_location where = std::source_location::current());
+
+/// Begins a stage of form2: caption, status "Declaring working Space", error boxes hidden.
+void BeginStage(Run& run, const char* caption);
+void ShowStatus(Run& run, const char* status);
+
+/// Text2, Text3, Text4 of form2: number of equations, band width, and Int(bound / 1024 * BandBound * 4) " kB", a
+/// figure for entries of four bytes. `bound` is EquationBound, in the Mass stage the number of equations.
+void ShowMatrixSize(Run& run, int bound);
+
+/// Runs the body of a stage and returns the failure that ended it, if any. What the standard library throws for
+/// want of memory becomes failure 7.
+template <typename Body>
+std::optional<Failure> Attempt(Body body, std::source_location where = std::source_location::current()) {
+  try {
+    body();
+    return std::nullopt;
+  } catch (const Failure& failure) {
+    return failure;
+  } catch (const std::bad_alloc&) {
+    return Failure(error::OutOfMemory, "out of memory", where);
+  } catch (const std::length_error&) {
+    return Failure(error::OutOfMemory, "out of memory", where);
+  }
+}
+
+/// Shows number and line of a failure on form2, with its description.
+void ShowFailure(Run& run, const Failure& failure);
+
+/// The messages by which the EEM, Mass and Non-Linear stages answer a failure, then the end of program.
+[[noreturn]] void EndAfterFailure(Run& run, const Failure& failure);
+
+/// The end of a process, thrown to the run controller.
+struct ProgramEnd {
+  int status;
+};
+
+/// The common end of program: deletes EEM.CTR and ends the process. Status 0 stands for a complete run.
+[[noreturn]] void EndProgram(Run& run, int status);
+
+}  // namespace velmor

@@ -1,0 +1,24 @@
+// The stages that are not built yet. Each says so and writes nothing; a run that needs one is not complete.
+
+#include <string>
+
+#include "run/run.hpp"
+#include "run/stages.hpp"
+
+namespace velmor {
+namespace {
+
+void NotBuiltYet(Run& run, const char* stage) {
+  run.display.Warning(std::string("the stage ") + stage + " is not built yet: it writes no results");
+  run.failed = true;
+}
+
+}  // namespace
+
+void RunEigenStage(Run& run) { NotBuiltYet(run, "Freq"); }
+void RunGapStage(Run& run) { NotBuiltYet(run, "Non-Linear"); }
+void RunLineStressStage(Run& run) { NotBuiltYet(run, "Line Element stress"); }
+void RunNodalStressStage(Run& run) { NotBuiltYet(run, "Nodal Stress"); }
+void RunStressAverageStage(Run& run) { NotBuiltYet(run, "Nodal Stress Average"); }
+
+}  // namespace velmor

@@ -1,0 +1,135 @@
+// The Sys stage: loads, supports, elimination, displacements to NAME.RVP.
+
+#include <cmath>
+#include <string>
+
+#include "base/item_writer.hpp"
+#include "run/run.hpp"
+#include "run/stage_support.hpp"
+#include "run/stages.hpp"
+#include "solve/band_solver.hpp"
+#include "solve/load_assembly.hpp"
+#include "solve/load_cases.hpp"
+#include "solve/supports.hpp"
+
+namespace velmor {
+namespace {
+
+constexpr double TinyPivot = 1e-10;  // a diagonal up to here is a freedom without stiffness
+constexpr double BigNumber = 1e+30;  // penalty of a support
+
+void ReadLoadCaseTables(Run& run) {
+  ItemReader lcd(run.File(".lcd"));
+  run.LoadCaseCount = ReadLoadCaseCount(lcd);
+  run.loadCases = ReadLoadCases(lcd, run.LoadCaseCount);
+  run.LoadTable = Grid(run.LoadCaseCount, run.sizes.EquationBound());
+}
+
+/// The band of an earlier run, where the EEM stage did not make one in this run.
+void LoadStoredBand(Run& run) {
+  ShowMatrixSize(run, run.sizes.EquationBound());
+  ShowStatus(run, "Reading Stiffness Matrix from file");
+  run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
+  LoadMatrix(run.GlobalBand, run.File(".MAT"), run.sizes.EquationCount(), run.sizes.BandInput);
+}
+
+/// A penalty on the diagonal of each supported freedom; its prescribed value acts in load case 1.
+void ApplySupports(Run& run) {
+  const std::string path = run.File(".vpl");
+  int skipped = 0;
+  for (const Support& support : ReadSupports(path, run.analysisCode, run.sizes.NodeCount)) {
+    if (support.direction > run.sizes.DofPerNode) {
+      if (skipped++ == 0) {
+        run.display.Warning(path + ": support of node " + std::to_string(support.node) + ", direction " +
+                            std::to_string(support.direction) + ": the model has no such freedom, it is skipped");
+      }
+      continue;
+    }
+    if (run.LoadCaseCount < 1) throw Failure(error::SubscriptOutOfRange, "a support needs a load case");
+    const int e = run.sizes.Equation(support.node, support.direction);
+    run.GlobalBand(e, 1) = BigNumber;
+    run.LoadTable(1, e) = support.value * BigNumber;
+  }
+}
+
+/// Freedoms that no element stiffens are held at zero.
+void HoldLooseFreedoms(Run& run) {
+  for (int e = 1; e <= run.sizes.EquationCount(); ++e) {
+    if (std::abs(run.GlobalBand(e, 1)) > TinyPivot) continue;
+    run.GlobalBand(e, 1) = BigNumber;
+    for (int c = 1; c <= run.LoadCaseCount; ++c) run.LoadTable(c, e) = 0;
+  }
+}
+
+[[noreturn]] void FailAtPivot(const Run& run, int equation) {
+  const int dof = run.sizes.DofPerNode;
+  throw Failure(Cause::SingularBand, error::DivisionByZero,
+                "the pivot of equation " + std::to_string(equation) + " is zero: node " +
+                    std::to_string((equation - 1) / dof + 1) + ", freedom " + std::to_string((equation - 1) % dof + 1) +
+                    " can move without resistance",
+                {});
+}
+
+void Solve(Run& run) {
+  const int equations = run.sizes.EquationCount();
+  const auto show = [&](int part, int whole) {
+    run.form2.Label8.caption = Percent(part, whole);
+    run.display.Refresh(run.form2);
+  };
+  run.form2.Label8.caption = "Busy";
+  ShowStatus(run, "Solving System Matrix");
+  const int singular =
+      EliminateBand(run.GlobalBand, run.LoadTable, equations, [&](int row) { show(row, equations - 1); });
+  if (singular != 0) FailAtPivot(run, singular);
+  ShowStatus(run, "Back substituting");
+  BackSubstitute(run.GlobalBand, run.LoadTable, equations, run.sizes.BandInput,
+                 [&](int rows) { show(rows, equations); });
+}
+
+/// NAME.RVP: node count and analysis code; per load case a line of displacements for each node, then "END".
+void WriteDisplacements(const Run& run) {
+  ItemWriter file(run.File(".RVP"));
+  file.Line(run.sizes.NodeCount, run.analysisCode);
+  for (int c = 1; c <= run.LoadCaseCount; ++c) {
+    for (int n = 1; n <= run.sizes.NodeCount; ++n) {
+      for (int k = 1; k <= run.sizes.DofPerNode; ++k) file.Item(run.LoadTable(c, run.sizes.Equation(n, k)));
+      file.EndLine();
+    }
+    file.Line("END");
+  }
+  file.Close();
+}
+
+void SolveStatics(Run& run) {
+  run.form2.Label8.caption = "0 %";
+  TakeControlFile(run);
+  OpenElementRecords(run);
+  ReadLoadCaseTables(run);
+  if (!IsOn(run.flags.CompileStiffnessFlag) && !run.gapFlag) LoadStoredBand(run);
+
+  ShowStatus(run, "Applying boundary Conditions");
+  AssembleLoads(run);
+  ApplySupports(run);
+  HoldLooseFreedoms(run);
+  ShowStatus(run, "Check Model");
+
+  Solve(run);
+
+  ShowStatus(run, "Writing Solution to file");
+  WriteDisplacements(run);
+  run.GlobalBand = BandMatrix();
+}
+
+}  // namespace
+
+void RunSysStage(Run& run) {
+  BeginStage(run, "Sys 2.4");
+  if (const auto failure = Attempt([&] { SolveStatics(run); })) {
+    Failure answered = *failure;
+    // The start of the run is not this stage's affair: a control file gone by now is a failure like any other.
+    if (answered.cause == Cause::ControlFile) answered.cause = Cause::General;
+    EndAfterFailure(run, answered);
+  }
+}
+
+}  // namespace velmor
