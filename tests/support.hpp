@@ -1,0 +1,141 @@
+#pragma once
+
+#include <array>
+#include <deque>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "run/control_file.hpp"
+#include "run/display.hpp"
+
+namespace velmor::testing {
+
+/// A display that keeps what it is shown and answers at the main window from a list.
+class RecordingDisplay : public Display {
+ public:
+  void Refresh(const MainWindow& window) override;
+  void Refresh(const ProgressWindow& window) override;
+  void Refresh(const StressWindow& window) override;
+  void MessageBox(const std::string& text) override { messages.push_back(text); }
+  void Warning(const std::string& text) override { warnings.push_back(text); }
+  void Explain(const FailureNotice& notice) override { notices.push_back(notice); }
+  MainWindowAction WaitForUser(const MainWindow& window) override;
+  std::optional<std::string> OpenFile(const FileDialog& dialog) override;
+
+  std::vector<std::string> messages, warnings;
+  std::vector<FailureNotice> notices;
+  std::vector<std::string> stages;    // captions of Frame1 in the order in which they came up
+  std::vector<std::string> statuses;  // the same of the status lines, as "EEM 3.1: Saving Matrix"
+  MainWindow form1;                   // the windows as last shown
+  ProgressWindow form2;
+  StressWindow nsa;
+
+  std::deque<MainWindowAction> actions;  // what the person does next; Close when there is no more
+  std::deque<std::string> paths;         // what the person picks in the file-open dialog
+  int waits = 0;                         // times that the main window waited
+
+ private:
+  void Note(const std::string& stage, const std::string& status);
+};
+
+/// A model as a test writes it; Folder writes its file family. Nodes, elements and materials count from 1.
+struct Model {
+  struct Element {
+    int type;
+    std::vector<int> nodes;
+    int material = 1;
+  };
+  struct Support {
+    int node, direction;
+    double value = 0;
+  };
+  struct Load {
+    int node, direction;
+    double value;
+  };
+  struct ElementLoad {
+    int element, direction;
+    double value;
+  };
+  struct LoadCase {
+    std::vector<Load> nodal;
+    std::vector<ElementLoad> onElements;
+    int type = 0;
+    std::array<double, 5> values{};
+  };
+
+  int analysisCode = 3;
+  std::vector<std::array<double, 3>> nodes;
+  std::vector<Element> elements;
+  std::vector<std::array<double, 12>> materials;              // fields 1 to 12
+  std::vector<std::array<std::array<double, 6>, 6>> springs;  // padded with zeros to the materials
+  std::vector<Support> supports;
+  std::vector<LoadCase> cases;
+  AnalysisFlags flags{.LineStressFlag = 0, .FEStressFlag = 0};
+
+  int AddNode(double x, double y, double z = 0) {
+    nodes.push_back({x, y, z});
+    return static_cast<int>(nodes.size());
+  }
+  int AddElement(int type, std::vector<int> on, int material = 1) {
+    elements.push_back({type, std::move(on), material});
+    return static_cast<int>(elements.size());
+  }
+  /// Holds the freedoms 1..count of a node.
+  void Fix(int node, int count) {
+    for (int k = 1; k <= count; ++k) supports.push_back({node, k});
+  }
+};
+
+/// The numbers of NAME.RVP or NAME.KRT: value(load case, node, freedom), all from 1.
+struct NodalValues {
+  int nodes = 0, freedoms = 0;
+  std::vector<std::vector<double>> cases;   // node after node
+  std::vector<std::vector<double>> totals;  // NAME.KRT alone
+  double operator()(int c, int n, int k) const {
+    return cases.at(static_cast<std::size_t>(c - 1)).at(static_cast<std::size_t>((n - 1) * freedoms + k - 1));
+  }
+};
+
+/// A fresh folder with a program folder (ELTYP.DAT, decmem.DAT, PLAT.ELM as delivered) and a model named "model"; gone
+/// with the object.
+class Folder {
+ public:
+  Folder();
+  ~Folder();
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+
+  std::string Program(const std::string& file = "") const { return (root_ / "program").string() + "/" + file; }
+  /// Path of the model file with an extension such as ".TEK"; without one the model path of EEM.CTR.
+  std::string File(const std::string& extension = "") const { return (root_ / "model").string() + extension; }
+  bool Has(const std::string& extension) const { return std::filesystem::exists(File(extension)); }
+  void Write(const std::string& extension, const std::string& text) const;
+  std::string Read(const std::string& extension) const;
+  void Remove(const std::string& extension) const { std::filesystem::remove(File(extension)); }
+  void WriteControl(int analysisCode, const AnalysisFlags& flags) const;
+
+  /// Writes the whole family of a model, EEM.CTR included.
+  void Write(const Model& model) const;
+  /// Runs the program in this process; returns its exit status.
+  int Run(RecordingDisplay& display) const;
+  /// Writes and runs a model that must run to its end without a message; fails the test otherwise.
+  void Solve(const Model& model) const;
+
+  NodalValues Displacements() const;  // NAME.RVP
+  NodalValues Reactions() const;      // NAME.KRT
+  /// The items of a text file as numbers, lines by lines; a quoted string becomes no number but ends its block: the
+  /// result has one entry per load case that holds its lines.
+  std::vector<std::vector<std::vector<double>>> Blocks(const std::string& extension) const;
+
+ private:
+  std::filesystem::path root_;
+};
+
+void WriteFile(const std::string& path, const std::string& text);
+std::string ReadFile(const std::string& path);
+
+}  // namespace velmor::testing
