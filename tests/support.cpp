@@ -151,6 +151,10 @@ std::optional<std::string> RecordingDisplay::OpenFile(const FileDialog&) {
   return path;
 }
 
+void RecordingDisplay::ShowModal(OptionsWindow& window) {
+  for (OptionsBox box : clicks) ClickOption(window, box);
+}
+
 Folder::Folder() {
   static std::atomic<int> count{0};
   root_ = fs::temp_directory_path() / ("velmor-" + std::to_string(::getpid()) + "-" + std::to_string(++count));

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "run/analysis_options.hpp"
 #include "run/control_file.hpp"
 #include "run/display.hpp"
 
@@ -24,6 +25,8 @@ class RecordingDisplay : public Display {
   void Explain(const FailureNotice& notice) override { notices.push_back(notice); }
   MainWindowAction WaitForUser(const MainWindow& window) override;
   std::optional<std::string> OpenFile(const FileDialog& dialog) override;
+  void ShowModal(OptionsWindow& window) override;
+  void ShowSummary(const std::vector<std::string>& lines) override { summary = lines; }
 
   std::vector<std::string> messages, warnings;
   std::vector<FailureNotice> notices;
@@ -35,7 +38,9 @@ class RecordingDisplay : public Display {
 
   std::deque<MainWindowAction> actions;  // what the person does next; Close when there is no more
   std::deque<std::string> paths;         // what the person picks in the file-open dialog
-  int waits = 0;                         // times that the main window waited
+  std::vector<OptionsBox> clicks;        // in the options window
+  std::vector<std::string> summary;
+  int waits = 0;  // times that the main window waited
 
  private:
   void Note(const std::string& stage, const std::string& status);

@@ -12,6 +12,12 @@ constexpr int DofPerNodeOf(int analysisCode) {
 /// True where the nodes move in all three directions of space (codes 0 and 3).
 constexpr bool IsSpatial(int analysisCode) { return analysisCode == 0 || analysisCode == 3; }
 
+/// Name of freedom k (from 1) of a node, for people.
+constexpr const char* FreedomName(int analysisCode, int k) {
+  constexpr const char* names[] = {"", "x", "y", "z", "rotation about x", "rotation about y", "rotation about z"};
+  return names[analysisCode == 2 && k == 3 ? 6 : k];
+}
+
 /// Sizes of the model, from the head of NAME.DAT and the analysis code. The two bounds keep DofPerNode more
 /// room than the model needs; NAME.MAT depends on exactly these two values.
 struct ModelSizes {
@@ -25,6 +31,8 @@ struct ModelSizes {
   int BandBound() const { return BandInput + DofPerNode; }
   /// Equation of freedom k (from 1) of node n.
   int Equation(int n, int k) const { return (n - 1) * DofPerNode + k; }
+  int NodeOfEquation(int e) const { return (e - 1) / DofPerNode + 1; }
+  int FreedomOfEquation(int e) const { return (e - 1) % DofPerNode + 1; }
 };
 
 }  // namespace velmor

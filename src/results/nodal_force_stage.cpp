@@ -35,7 +35,7 @@ Grid MultiplyByDisplacements(Run& run) {
   return forces;
 }
 
-void WriteNodalForces(const Run& run, const Grid& forces) {
+void WriteNodalForces(Run& run, const Grid& forces) {
   const ModelSizes& sizes = run.sizes;
   ItemWriter file(run.File(".KRT"), Unfinished::Keep);
   file.Print(PrintZone(sizes.NodeCount) + PrintZone(run.analysisCode));
@@ -53,11 +53,15 @@ void WriteNodalForces(const Run& run, const Grid& forces) {
       file.EndLine();
     }
     file.Item(0);
-    for (int k = 1; k <= sizes.DofPerNode; ++k) file.Item(totals(k));
+    for (int k = 1; k <= sizes.DofPerNode; ++k) {
+      file.Item(totals(k));
+      run.report.loadCases[static_cast<std::size_t>(c - 1)].reaction[static_cast<std::size_t>(k)] = totals(k);
+    }
     file.EndLine();
     file.Line("END");
   }
   file.Close();
+  run.report.hasReactions = true;
 }
 
 void ComputeNodalForces(Run& run) {

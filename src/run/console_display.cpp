@@ -2,12 +2,65 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <filesystem>
 #include <iostream>
+#include <utility>
+
+#include "base/file_system.hpp"
+#include "run/analysis_options.hpp"
 
 namespace velmor {
 namespace {
 
 constexpr std::chrono::milliseconds UpdateInterval{50};
+
+std::string LowerCase(std::string text) {
+  for (char& c : text) c = 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  return text;
+}
+
+std::string Trimmed(const std::string& text) {
+  const auto first = text.find_first_not_of(" \t\r");
+  return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+/// The number that a text is, or -1.
+int WholeNumber(const std::string& text) {
+  int number = -1;
+  const char* const end = text.data() + text.size();
+  const auto [stop, status] = std::from_chars(text.data(), end, number);
+  return status == std::errc() && stop == end ? number : -1;
+}
+
+/// Paths of the model files in a folder, in alphabetical order.
+std::vector<std::string> ModelsIn(const std::string& folder) {
+  std::vector<std::string> models;
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+    if (LowerCase(entry.path().extension().string()) == ".tek") models.push_back(entry.path().string());
+  }
+  std::sort(models.begin(), models.end());
+  return models;
+}
+
+/// The text of the filter that a dialog begins with: pairs of text and pattern, parted by '|'.
+std::string FilterName(const FileDialog& dialog) {
+  std::string_view rest = dialog.filter;
+  for (int skip = 2 * (dialog.filterIndex - 1); skip > 0; --skip) rest.remove_prefix(rest.find('|') + 1);
+  return std::string(rest.substr(0, rest.find('|')));
+}
+
+/// Ten cells for a progress text that begins with a number of percents; empty for any other text.
+std::string Bar(const std::string& progress) {
+  if (progress.find('%') == std::string::npos) return "";
+  const int percent = std::clamp(std::atoi(progress.c_str()), 0, 100);
+  std::string bar(10, '.');
+  std::fill_n(bar.begin(), percent / 10, '#');
+  return "[" + bar + "] ";
+}
 
 }  // namespace
 
@@ -31,12 +84,14 @@ void ConsoleDisplay::ShowProgress(const std::string& stage, const std::string& s
   nextUpdate_ = now + UpdateInterval;
   if (changed) {
     EndLiveLine();
+    if (stage != stage_) stageStart_ = now;
     stage_ = stage;
     status_ = status;
   }
   const std::string line = stage + (status.empty() ? "" : ": " + status);
   if (live_) {
-    std::printf("\r%s  %s\x1b[K", line.c_str(), progress.c_str());
+    const std::chrono::duration<double> elapsed = now - stageStart_;
+    std::printf("\r%s %s%s  %.1f s\x1b[K", line.c_str(), Bar(progress).c_str(), progress.c_str(), elapsed.count());
     std::fflush(stdout);
     lineOpen_ = true;
   } else {
@@ -73,37 +128,79 @@ void ConsoleDisplay::Explain(const FailureNotice& notice) {
          ": " + notice.description);
 }
 
+std::optional<std::string> ConsoleDisplay::Ask(const std::string& question) {
+  std::printf("%s ", question.c_str());
+  std::fflush(stdout);
+  std::string line;
+  if (!std::getline(std::cin, line)) {
+    std::printf("\n");
+    return std::nullopt;
+  }
+  return Trimmed(line);
+}
+
 MainWindowAction ConsoleDisplay::WaitForUser(const MainWindow& window) {
   EndLiveLine();
-  std::printf("%s\n%s %s\nBrowse PATH, Options, Run or Quit? ", window.caption.c_str(), window.Label5.caption.c_str(),
-              window.Text4.text.c_str());
-  std::fflush(stdout);
-  for (std::string line; std::getline(std::cin, line);) {
-    const auto start = line.find_first_not_of(" \t\r");
-    if (start == std::string::npos) continue;
-    const auto stop = line.find_first_of(" \t\r", start);
-    std::string command = line.substr(start, stop - start);
-    for (char& c : command) c = 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    const auto rest = stop == std::string::npos ? stop : line.find_first_not_of(" \t\r", stop);
-    argument_ = rest == std::string::npos ? "" : line.substr(rest, line.find_last_not_of(" \t\r") - rest + 1);
-    if (command == "browse") return MainWindowAction::Browse;
-    if (command == "options") return MainWindowAction::Options;
-    if (command == "run") return MainWindowAction::Run;
-    if (command == "quit") return MainWindowAction::Close;
-    std::printf("Browse PATH, Options, Run or Quit? ");
-    std::fflush(stdout);
+  stage_.clear();
+  std::printf("\n%s\n%s %s\n", window.caption.c_str(), window.Label5.caption.c_str(), window.Text4.text.c_str());
+  while (const auto line = Ask("Browse, Options, Run or Quit?")) {
+    const auto end = std::min(line->find_first_of(" \t"), line->size());
+    const std::string command = LowerCase(line->substr(0, end));
+    argument_ = Trimmed(line->substr(end));
+    if (command == "browse" || command == "b") return MainWindowAction::Browse;
+    if (command == "options" || command == "o") return MainWindowAction::Options;
+    if (command == "run" || command == "r") return MainWindowAction::Run;
+    if (command == "quit" || command == "q") return MainWindowAction::Close;
   }
-  std::printf("\n");
   return MainWindowAction::Close;
 }
 
-std::optional<std::string> ConsoleDisplay::OpenFile(const FileDialog&) {
-  if (!argument_.empty()) return argument_;
-  std::printf("Model file (*.tek): ");
-  std::fflush(stdout);
-  std::string line;
-  if (!std::getline(std::cin, line) || line.empty()) return std::nullopt;
-  return line;
+/// A path given with the command is taken at once; a folder, or no path, brings up a numbered list of its models.
+std::optional<std::string> ConsoleDisplay::OpenFile(const FileDialog& dialog) {
+  std::string choice = std::exchange(argument_, "");
+  std::vector<std::string> models;
+  for (;;) {
+    if (const auto number = WholeNumber(choice); 1 <= number && number <= static_cast<int>(models.size())) {
+      return models[static_cast<std::size_t>(number - 1)];
+    }
+    if (std::filesystem::is_regular_file(FindFile(choice))) return choice;
+    if (!choice.empty() && !std::filesystem::is_directory(choice)) std::printf("There is no file %s\n", choice.c_str());
+    models = ModelsIn(std::filesystem::is_directory(choice) ? choice : ".");
+    std::printf("%s\n", FilterName(dialog).c_str());
+    for (std::size_t i = 0; i < models.size(); ++i) std::printf("%4zu  %s\n", i + 1, models[i].c_str());
+    const auto answer = Ask("Number, path or folder (empty: none)?");
+    if (!answer || answer->empty()) return std::nullopt;
+    choice = *answer;
+  }
+}
+
+void ConsoleDisplay::ShowModal(OptionsWindow& window) {
+  for (;;) {
+    std::printf("\n%s\n", std::string(window.caption).c_str());
+    std::vector<OptionsBox> shown;
+    std::string_view frame;
+    for (const OptionsEntry& entry : OptionsEntries()) {
+      const Box& box = BoxOf(window, entry.box);
+      if (!box.visible) continue;
+      if (entry.frame != frame) std::printf("  %s\n", std::string(entry.frame).c_str());
+      frame = entry.frame;
+      shown.push_back(entry.box);
+      std::printf("%4zu [%c] %s%s\n", shown.size(), box.value == 1 ? 'x' : ' ', std::string(box.text).c_str(),
+                  box.enabled ? "" : " (not available)");
+    }
+    const auto answer = Ask("Number to switch, Ready to go on?");
+    if (!answer || LowerCase(*answer) == "ready" || answer->empty()) return;
+    const int number = WholeNumber(*answer);
+    if (1 <= number && number <= static_cast<int>(shown.size())) {
+      ClickOption(window, shown[static_cast<std::size_t>(number - 1)]);
+    }
+  }
+}
+
+void ConsoleDisplay::ShowSummary(const std::vector<std::string>& lines) {
+  EndLiveLine();
+  std::printf("\n");
+  for (const std::string& line : lines) std::printf("%s\n", line.c_str());
 }
 
 }  // namespace velmor

@@ -25,16 +25,20 @@ class ConsoleDisplay : public Display {
   void Explain(const FailureNotice& notice) override;
   MainWindowAction WaitForUser(const MainWindow& window) override;
   std::optional<std::string> OpenFile(const FileDialog& dialog) override;
+  void ShowModal(OptionsWindow& window) override;
+  void ShowSummary(const std::vector<std::string>& lines) override;
 
  private:
   void ShowProgress(const std::string& stage, const std::string& status, const std::string& progress);
   void EndLiveLine();
+  /// A line of standard input without the blanks around it; nothing at its end.
+  std::optional<std::string> Ask(const std::string& question);
   void Notice(const std::string& line);
 
   bool live_;  // standard output is a terminal
   bool lineOpen_ = false;
   std::string stage_, status_;  // as last shown
-  std::chrono::steady_clock::time_point nextUpdate_{};
+  std::chrono::steady_clock::time_point stageStart_{}, nextUpdate_{};
   std::set<std::string> warned_;  // a warning is told once, however many stages meet its cause
   std::string argument_;          // what stood behind a command
 };

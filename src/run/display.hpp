@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "run/windows.hpp"
 
@@ -39,6 +40,10 @@ class Display {
   virtual MainWindowAction WaitForUser(const MainWindow& window) = 0;
   /// The path that a person picks, or nothing.
   virtual std::optional<std::string> OpenFile(const FileDialog& dialog) = 0;
+  /// Shows the options window until "Ready"; every click goes through ClickOption.
+  virtual void ShowModal(OptionsWindow& window) = 0;
+  /// The figures of a complete run, a line each.
+  virtual void ShowSummary(const std::vector<std::string>& lines) = 0;
 };
 
 }  // namespace velmor

@@ -11,6 +11,7 @@
 #include "model/model_tables.hpp"
 #include "run/control_file.hpp"
 #include "run/display.hpp"
+#include "run/run_report.hpp"
 #include "run/windows.hpp"
 #include "run/working_space.hpp"
 #include "solve/load_cases.hpp"
@@ -42,6 +43,7 @@ struct RunState {
   LoadCases loadCases;    // from NAME.lcd by the Sys and Freq stages
   int LoadCaseCount = 0;  // from NAME.lcd by the Sys stage and by the load routine of NSA
   Grid LoadTable;         // load case by equation: loads, then displacements, left by the Sys stage
+  RunReport report;       // figures for the end of the run, from every stage
   bool failed = false;    // a stage failed and the run went on: the process ends with a status other than 0
 };
 

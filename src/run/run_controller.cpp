@@ -2,11 +2,17 @@
 
 #include "run/run_controller.hpp"
 
+#include <algorithm>
+#include <chrono>
+#include <initializer_list>
+
 #include "base/file_system.hpp"
 #include "model/model_scan.hpp"
+#include "run/analysis_options.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
+#include "run/summary.hpp"
 
 namespace velmor {
 namespace {
@@ -35,6 +41,17 @@ void CleanUpStressResults(const Run& run) {
   }
 }
 
+/// Runs a stage, keeps its time, and notes which of the files that it writes are there now.
+void RunStage(Run& run, const char* name, void (*stage)(Run&), std::initializer_list<const char*> extensions) {
+  const auto start = std::chrono::steady_clock::now();
+  stage(run);
+  const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+  run.report.stages.push_back({name, seconds.count()});
+  for (const char* extension : extensions) {
+    if (FileSize(run.File(extension)) >= 0) run.report.files.push_back(FindFile(run.File(extension)));
+  }
+}
+
 /// The load routine of the stress window, with which every complete run ends.
 [[noreturn]] void LoadNsa(Run& run) {
   CleanUpStressResults(run);
@@ -43,10 +60,10 @@ void CleanUpStressResults(const Run& run) {
     run.LoadCaseCount = ReadLoadCaseCount(lcd);
   });
   if (failure) EndAfterFailure(run, *failure);
-  if (IsOn(run.flags.LineStressFlag)) RunLineStressStage(run);
+  if (IsOn(run.flags.LineStressFlag)) RunStage(run, "Line Element stress", RunLineStressStage, {".LES"});
   if (IsOn(run.flags.FEStressFlag)) {
-    RunNodalStressStage(run);
-    RunStressAverageStage(run);
+    RunStage(run, "Nodal Stress", RunNodalStressStage, {".NSR", ".NSL"});
+    RunStage(run, "Nodal Stress Average", RunStressAverageStage, {".NSA", ".NLA", ".RSA", ".RLA"});
   }
   EndProgram(run, run.failed ? FailedStatus : 0);
 }
@@ -54,14 +71,14 @@ void CleanUpStressResults(const Run& run) {
 /// The load routine of form2: the run sequence behind the Kol stage.
 [[noreturn]] void LoadForm2(Run& run) {
   run.form2.caption = Caption();
-  if (IsOn(run.flags.CompileStiffnessFlag)) RunStiffnessStage(run);
-  if (IsOn(run.flags.MassFlag)) RunMassStage(run);
-  if (IsOn(run.flags.EigenFlag)) RunEigenStage(run);
+  if (IsOn(run.flags.CompileStiffnessFlag)) RunStage(run, "EEM", RunStiffnessStage, {".MAT"});
+  if (IsOn(run.flags.MassFlag)) RunStage(run, "Mass", RunMassStage, {".MAS", ".EMS"});
+  if (IsOn(run.flags.EigenFlag)) RunStage(run, "Freq", RunEigenStage, {".EIG"});
   if (run.gapFlag) {
-    RunGapStage(run);
+    RunStage(run, "Non-Linear", RunGapStage, {".GPD", ".RVP"});
   } else if (IsOn(run.flags.SolveFlag)) {
-    RunSysStage(run);
-    RunNodalForceStage(run);
+    RunStage(run, "Sys", RunSysStage, {".RVP"});
+    RunStage(run, "Nodal Force", RunNodalForceStage, {".KRT"});
   }
   LoadNsa(run);
 }
@@ -71,46 +88,53 @@ void LoadForm1(Run& run) {
   run.form1.Text2.visible = run.form1.Text3.visible = false;
   StartUp(run);
   run.form1.caption = Caption();
-  RunKolStage(run);
+  RunStage(run, "Kol", RunKolStage, {".DAT"});
   if (!run.stopFlag) LoadForm2(run);
   run.form1.Command1.visible = run.form1.Command2.visible = run.form1.Command3.visible = true;
   run.display.Refresh(run.form1);
 }
 
 /// Browse: the model path is the chosen path without its last four characters, the extension with its point.
-void Browse(Run& run, std::string& modelPath) {
+void Browse(Run& run) {
   const auto chosen = run.display.OpenFile(run.form1.CMDialog1);
   if (!chosen) return;
-  modelPath = chosen->substr(0, chosen->size() - std::min<std::size_t>(chosen->size(), 4));
-  run.form1.Text4.text = modelPath;
+  run.modelName = chosen->substr(0, chosen->size() - std::min<std::size_t>(chosen->size(), 4));
+  run.form1.Text4.text = run.modelName;
   run.display.Refresh(run.form1);
 }
 
-/// Run: settles the analysis code by a scan of the model and writes EEM.CTR, through which the options reach the run.
-/// Returns false, with the reason on the display, if there is no model to scan.
-bool WriteManualControlFile(Run& run, const std::string& modelPath) {
+void ShowOptions(Run& run) {
+  OptionsWindow window;
+  RestrictOptions(window);
+  OpenOptions(window, run.flags, run.twoDimensional);
+  run.display.ShowModal(window);
+  TakeOptions(window, run.flags, run.twoDimensional);
+}
+
+/// Run: settles the analysis code by a scan of the model and writes EEM.CTR, through which alone the options reach the
+/// run. Returns false, with the reason on the display, if there is no model to scan.
+bool WriteManualControlFile(Run& run) {
   const auto failure = Attempt([&] {
     const ElementTypeTable types = ReadElementTypes(run.programFolder);
-    const int code = ScanAnalysisCode(modelPath + ".tek", types, run.twoDimensional != 0);
-    WriteControlFile(run.programFolder, {modelPath, code, run.flags});
+    const int code = ScanAnalysisCode(run.File(".tek"), types, run.twoDimensional != 0);
+    WriteControlFile(run.programFolder, {run.modelName, code, run.flags});
   });
   if (failure) run.display.Explain({"Run", failure->number, failure->line, failure->what()});
   return !failure;
 }
 
 /// The main window with its buttons, until a run ends the program or the window is closed.
-void ServeMainWindow(Run& run) {
-  std::string modelPath;
+[[noreturn]] void ServeMainWindow(Run& run) {
   for (;;) {
     switch (run.display.WaitForUser(run.form1)) {
       case MainWindowAction::Browse:
-        Browse(run, modelPath);
+        Browse(run);
         break;
       case MainWindowAction::Options:
-        run.display.MessageBox("The options window is not built yet.");
+        ShowOptions(run);
         break;
       case MainWindowAction::Run:
-        if (WriteManualControlFile(run, modelPath)) LoadForm1(run);
+        if (WriteManualControlFile(run)) LoadForm1(run);
         break;
       case MainWindowAction::Close:
         EndProgram(run, FailedStatus);
@@ -126,9 +150,9 @@ int RunProgram(Display& display, const std::string& programFolder) {
     LoadForm1(run);
     ServeMainWindow(run);
   } catch (const ProgramEnd& end) {
+    if (end.status == 0) run.display.ShowSummary(Summary(run));
     return end.status;
   }
-  return FailedStatus;
 }
 
 }  // namespace velmor

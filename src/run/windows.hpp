@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,29 @@ struct Button {
 struct FileDialog {
   std::string_view filter;
   int filterIndex = 1;
+};
+
+/// A check box (0 or 1) or an option button (the same) of the options window.
+struct Box {
+  std::string_view text;
+  int value = 0;
+  bool visible = true;
+  bool enabled = true;
+};
+
+/// The modal window "Analysis Options". Boxes of a control array keep their index; Check3 has none at 0.
+struct OptionsWindow {
+  std::string_view caption = "Analysis Options";
+  Label Frame1{"Solver"}, Frame2{"General"}, Frame3{"Pre-processor"}, Frame4{"Post-Processor"};
+  std::array<Box, 3> Check1{{{"Compile Stiffness Matrix"},
+                             {"Solve Displacements and Reaction forces"},
+                             {"Solve Eigen Modes and frequencies"}}};
+  std::array<Box, 2> Option1{{{"2-D analysis (Only X and Y dimensions included)"}, {"3-D analysis"}}};
+  Box Check4{"Clear memory before analysis"};
+  std::array<Box, 2> Check2{{{"Renumber model Nodes"}, {"Generate element mass matrix"}}};
+  std::array<Box, 3> Check3{
+      {{"", 0, false, false}, {"Calculate Line Element stresses"}, {"Calculate Finite Element stresses"}}};
+  Button Command1{"Ready"};
 };
 
 /// Main window: the Kol stage, and the manual path (Browse, Options, Run) of a start without control file.

@@ -33,6 +33,34 @@ void LoadStoredBand(Run& run) {
   LoadMatrix(run.GlobalBand, run.File(".MAT"), run.sizes.EquationCount(), run.sizes.BandInput);
 }
 
+void ReportLoads(Run& run) {
+  run.report.loadCases.assign(static_cast<std::size_t>(run.LoadCaseCount), {});
+  for (int c = 1; c <= run.LoadCaseCount; ++c) {
+    RunReport::LoadCase& figures = run.report.loadCases[static_cast<std::size_t>(c - 1)];
+    figures.name = run.loadCases.LoadCaseName[static_cast<std::size_t>(c)];
+    for (int e = 1; e <= run.sizes.EquationCount(); ++e) {
+      figures.applied[static_cast<std::size_t>(run.sizes.FreedomOfEquation(e))] += run.LoadTable(c, e);
+    }
+  }
+}
+
+/// The largest translation of each load case.
+void ReportDisplacements(Run& run) {
+  const int translations = IsSpatial(run.analysisCode) ? 3 : 2;
+  for (int c = 1; c <= run.LoadCaseCount; ++c) {
+    RunReport::LoadCase& figures = run.report.loadCases[static_cast<std::size_t>(c - 1)];
+    for (int n = 1; n <= run.sizes.NodeCount; ++n) {
+      for (int k = 1; k <= translations; ++k) {
+        const double u = run.LoadTable(c, run.sizes.Equation(n, k));
+        if (std::abs(u) <= std::abs(figures.largest)) continue;
+        figures.largest = u;
+        figures.node = n;
+        figures.freedom = k;
+      }
+    }
+  }
+}
+
 /// A penalty on the diagonal of each supported freedom; its prescribed value acts in load case 1.
 void ApplySupports(Run& run) {
   const std::string path = run.File(".vpl");
@@ -62,11 +90,10 @@ void HoldLooseFreedoms(Run& run) {
 }
 
 [[noreturn]] void FailAtPivot(const Run& run, int equation) {
-  const int dof = run.sizes.DofPerNode;
   throw Failure(Cause::SingularBand, error::DivisionByZero,
                 "the pivot of equation " + std::to_string(equation) + " is zero: node " +
-                    std::to_string((equation - 1) / dof + 1) + ", freedom " + std::to_string((equation - 1) % dof + 1) +
-                    " can move without resistance",
+                    std::to_string(run.sizes.NodeOfEquation(equation)) + " can move without resistance, direction " +
+                    FreedomName(run.analysisCode, run.sizes.FreedomOfEquation(equation)),
                 {});
 }
 
@@ -109,6 +136,7 @@ void SolveStatics(Run& run) {
 
   ShowStatus(run, "Applying boundary Conditions");
   AssembleLoads(run);
+  ReportLoads(run);
   ApplySupports(run);
   HoldLooseFreedoms(run);
   ShowStatus(run, "Check Model");
@@ -117,6 +145,7 @@ void SolveStatics(Run& run) {
 
   ShowStatus(run, "Writing Solution to file");
   WriteDisplacements(run);
+  ReportDisplacements(run);
   run.GlobalBand = BandMatrix();
 }
 
