@@ -8,6 +8,11 @@
 
 namespace velmor {
 
+void SetElementNodes(Run& run, std::span<const int> nodes) {
+  int position = 0;
+  for (const int node : nodes) run.work.ElementNodes(++position) = node;
+}
+
 void ClearElementAxes(Run& run) { run.work.ElementAxes.Clear(); }
 
 void SetTranslationAxis(Run& run, int column, const Vector3& axis) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "base/table.hpp"
 #include "base/vector3.hpp"
 
@@ -10,6 +12,9 @@ struct Run;
 // The way of every element into GlobalBand. An element routine fills ElementNodes, ElementStiffness and ElementAxes
 // of run.work, then calls TransformToGlobal, NumberEquations and AssembleElement in this order, or AddElement for all
 // three.
+
+/// ElementNodes(1..) = the nodes of a record.
+void SetElementNodes(Run& run, std::span<const int> nodes);
 
 /// ElementAxes(1..6, 1..6) to zero.
 void ClearElementAxes(Run& run);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/table.hpp"
+#include "elements/table_plate.hpp"
 
 namespace velmor {
 
@@ -11,6 +12,7 @@ struct ElementWork {
   Table<6, 6> ElementAxes;         // row: nodal freedom of the model; column: local freedom of a node
   Row<int, 24> EquationMap;        // position in ElementBlock to equation
   Row<int, 4> ElementNodes;
+  PlateTable plateTable;  // PLAT.ELM, read by the first type 11 element of the stage
 };
 
 }  // namespace velmor

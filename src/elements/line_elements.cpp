@@ -21,8 +21,7 @@ void ClearMatrix(Table<12, 12>& K) {
 /// Reads a line element's record, sets its nodes and makes its material active.
 LineRecord BeginLineElement(Run& run, ItemReader& dat, int type) {
   const LineRecord record = ReadLineRecord(dat, type, run.sizes.NodeCount);
-  run.work.ElementNodes(1) = record.nodes[0];
-  run.work.ElementNodes(2) = record.nodes[1];
+  SetElementNodes(run, record.nodes);
   LoadMaterial(run.materials, record.material);
   return record;
 }
@@ -60,8 +59,7 @@ void AssembleBending(Run& run, const LineRecord& record, double I, BendingPlane 
 
 void AssembleTorsion(Run& run, const LineRecord& record) {
   const Material& m = run.materials.active;
-  const double G = Divide(m.E / 2, 1 + m.nu);
-  SetAxialMatrix(AxialStiffness(G, m.J, record.length), run.work.ElementStiffness);
+  SetAxialMatrix(AxialStiffness(ShearModulus(m), m.J, record.length), run.work.ElementStiffness);
   ClearElementAxes(run);
   SetRotationAxis(run, 1, record.cosines);
   AddElement(run, 2, 2);

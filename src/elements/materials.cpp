@@ -34,6 +34,16 @@ SpringMatrix ReadSpring(ItemReader& file) {
 
 }  // namespace
 
+double ShearModulus(const Material& m, std::source_location where) { return Divide(m.E / 2, 1 + m.nu, where); }
+
+double PlaneStressFactor(const Material& m, std::source_location where) {
+  return Divide(m.E * m.A, 1 - m.nu * m.nu, where);
+}
+
+double PlateRigidity(const Material& m, std::source_location where) {
+  return PlaneStressFactor(m, where) * m.A * m.A / 12;
+}
+
 Materials ReadMaterials(const std::string& path, int limit, MaterialPart part, std::source_location where) {
   ItemReader file(path, where);
   const int count = ReadMaterialCount(file, where);

@@ -24,6 +24,15 @@ struct Material {
   double Wz = 0;           // 12: section modulus that goes with field 11
 };
 
+// Moduli that element families share; the thickness t is field 4.
+
+/// G = E / (2 (1 + nu)). Failure 11 if nu is -1.
+double ShearModulus(const Material& material, std::source_location where = std::source_location::current());
+/// E t / (1 - nu^2), the in-plane stiffness of a plate in plane stress. Failure 11 if nu is 1 or -1.
+double PlaneStressFactor(const Material& material, std::source_location where = std::source_location::current());
+/// D = E t^3 / (12 (1 - nu^2)), the bending stiffness of a plate. Failure 11 if nu is 1 or -1.
+double PlateRigidity(const Material& material, std::source_location where = std::source_location::current());
+
 using SpringMatrix = Table<6, 6>;  // single precision values
 
 /// What the stages hold of NAME.MLT, materials from 1, and the one that is active.

@@ -5,7 +5,9 @@
 
 #include "base/item_writer.hpp"
 #include "elements/assembly.hpp"
+#include "elements/four_node.hpp"
 #include "elements/line_elements.hpp"
+#include "elements/triangle.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -35,6 +37,19 @@ void DispatchElement(Run& run, ItemReader& dat, int type, GapList& gaps) {
   switch (type) {
     case 1:
       return Bar(run, dat, type);
+    case 2:
+    case 3:
+    case 13:
+      return Triangle(run, dat, type);
+    case 4:
+    case 5:
+    case 6:
+    case 8:
+    case 9:
+    case 10:
+    case 11:
+    case 12:
+      return FourNodeElement(run, dat, type);
     case 7:
       return Beam(run, dat, type);
     case 14:
@@ -45,7 +60,7 @@ void DispatchElement(Run& run, ItemReader& dat, int type, GapList& gaps) {
       return TransverseBar(run, dat, type);
     default:
       throw Failure(error::SubscriptOutOfRange,
-                    dat.Describe("element type ") + std::to_string(type) + " has no stiffness routine yet");
+                    dat.Describe("element type ") + std::to_string(type) + " has no stiffness routine");
   }
 }
 
@@ -59,6 +74,7 @@ void AssembleStiffness(Run& run) {
 
   ShowStatus(run, "Generating Stiffness Matrix ");
   GapList gaps(run.File(".GPD"));
+  run.work.plateTable.loaded = false;
   for (int record = 1; record <= run.sizes.ElementCount; ++record) {
     run.form2.Label8.caption = std::to_string(record);
     run.display.Refresh(run.form2);

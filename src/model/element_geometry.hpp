@@ -56,9 +56,9 @@ struct QuadrilateralGeometry {
 QuadrilateralGeometry QuadrilateralGeometryOf(const std::array<Vector3, 4>& nodes, SecondDirection second,
                                               std::source_location where = std::source_location::current());
 
-/// Corner signs (s, t) of the nodes 1..4 of a four-node element.
-inline constexpr std::array<int, 5> CornerS{0, -1, 1, 1, -1};
-inline constexpr std::array<int, 5> CornerT{0, -1, -1, 1, 1};
+/// Corner signs (s, t) of the nodes 1..4 of a four-node element; entry 0 holds nothing.
+inline constexpr int CornerS[] = {0, -1, 1, 1, -1};
+inline constexpr int CornerT[] = {0, -1, -1, 1, 1};
 
 /// Principal axes of the section of a line element along `axis` before the section's own rotation: `first` is
 /// horizontal, across the axis, or (0, 1, 0) for a vertical element; `second` = axis x first at length 1, or

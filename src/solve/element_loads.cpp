@@ -103,8 +103,7 @@ void LoadQuadrilateral(LoadedElement& target, const ElementLoad& load) {
   const double J0 = a1 * b2 - a2 * b1, J1 = a1 * b3 - a3 * b1, J2 = a3 * b2 - a2 * b3;
   RotateElementAxes(target);
   for (int corner = 1; corner <= 4; ++corner) {
-    const auto i = static_cast<std::size_t>(corner);
-    const double area = J0 + J1 * CornerS[i] / 3 + J2 * CornerT[i] / 3;
+    const double area = J0 + J1 * CornerS[corner] / 3 + J2 * CornerT[corner] / 3;
     AddForce(target, target.Node(corner), LocalForce(load.direction, load.value * area));
   }
 }
