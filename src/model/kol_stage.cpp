@@ -10,6 +10,7 @@
 #include "model/element_geometry.hpp"
 #include "model/element_records.hpp"
 #include "model/element_types.hpp"
+#include "run/failure_answer.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -226,7 +227,7 @@ void ShowKolFailure(Run& run, const Failure& failure) {
   run.form1.Text2 = {std::to_string(failure.number), true};
   run.form1.Text3 = {std::to_string(failure.line), true};
   run.display.Refresh(run.form1);
-  run.display.Explain({"Kol 2.1", failure.number, failure.line, failure.what()});
+  run.display.Explain(NoticeOf("Kol 2.1", failure));
 }
 
 }  // namespace
@@ -235,13 +236,16 @@ void RunKolStage(Run& run) {
   if (const auto failure = Attempt([&] { PrepareModel(run); })) {
     run.stopFlag = true;
     const bool notOpened = failure->number == error::FileNotFound || failure->number == error::PathAccessError;
-    if (failure->cause != Cause::ControlFile || !notOpened) ShowKolFailure(run, *failure);
+    if (failure->cause == Cause::ControlFile && notOpened) return;
+    ShowKolFailure(run, *failure);
+    run.exitStatus = ExitStatusOf(*failure);
     return;
   }
   const bool prepared = IsOn(run.flags.CompileStiffnessFlag) || IsOn(run.flags.MassFlag);
   if (prepared && !ConstraintsExist(run)) {
     run.display.MessageBox("NO CONSTRAINS DEFINED");
     run.stopFlag = true;
+    run.exitStatus = exit_status::BadInput;
   }
 }
 

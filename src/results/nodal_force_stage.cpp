@@ -4,6 +4,7 @@
 
 #include "base/item_writer.hpp"
 #include "results/band_product.hpp"
+#include "run/failure_answer.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -87,7 +88,8 @@ void RunNodalForceStage(Run& run) {
   if (const auto failure = Attempt([&] { ComputeNodalForces(run); })) {
     ShowFailure(run, *failure);
     run.display.MessageBox("PROCESS STOPPED");
-    run.failed = true;
+    run.display.Explain(NoticeOf("Nodal Force 1.0", *failure));
+    run.exitStatus = ExitStatusOf(*failure);
   }
 }
 

@@ -124,8 +124,9 @@ void ConsoleDisplay::Warning(const std::string& text) {
 }
 
 void ConsoleDisplay::Explain(const FailureNotice& notice) {
-  Notice(notice.stage + ": Error No. " + std::to_string(notice.number) + ", Error line " + std::to_string(notice.line) +
-         ": " + notice.description);
+  Notice(notice.stage + ": Error No. " + std::to_string(notice.number) + ", Error line " + std::to_string(notice.line));
+  Notice("  " + notice.description);
+  if (!notice.advice.empty()) Notice("  " + notice.advice);
 }
 
 std::optional<std::string> ConsoleDisplay::Ask(const std::string& question) {

@@ -14,6 +14,7 @@ struct FailureNotice {
   int number;
   int line;
   std::string description;
+  std::string advice = {};  // what to look at
 };
 
 /// What a person at the main window asks for.

@@ -44,7 +44,7 @@ struct RunState {
   int LoadCaseCount = 0;  // from NAME.lcd by the Sys stage and by the load routine of NSA
   Grid LoadTable;         // load case by equation: loads, then displacements, left by the Sys stage
   RunReport report;       // figures for the end of the run, from every stage
-  bool failed = false;    // a stage failed and the run went on: the process ends with a status other than 0
+  int exitStatus = 0;     // of the process, by a stage that failed where the run goes on (failure_answer.hpp)
 };
 
 /// A run: its state, its windows and the display that shows them. Nothing else outlives a stage.

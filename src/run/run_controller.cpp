@@ -9,6 +9,7 @@
 #include "base/file_system.hpp"
 #include "model/model_scan.hpp"
 #include "run/analysis_options.hpp"
+#include "run/failure_answer.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -18,7 +19,6 @@ namespace velmor {
 namespace {
 
 constexpr const char* ProgramVersion = "3.2";
-constexpr int FailedStatus = 1;
 
 std::string Caption() { return std::string("Velmor ") + ProgramVersion; }
 
@@ -65,7 +65,7 @@ void RunStage(Run& run, const char* name, void (*stage)(Run&), std::initializer_
     RunStage(run, "Nodal Stress", RunNodalStressStage, {".NSR", ".NSL"});
     RunStage(run, "Nodal Stress Average", RunStressAverageStage, {".NSA", ".NLA", ".RSA", ".RLA"});
   }
-  EndProgram(run, run.failed ? FailedStatus : 0);
+  EndProgram(run, run.exitStatus);
 }
 
 /// The load routine of form2: the run sequence behind the Kol stage.
@@ -119,7 +119,7 @@ bool WriteManualControlFile(Run& run) {
     const int code = ScanAnalysisCode(run.File(".tek"), types, run.twoDimensional != 0);
     WriteControlFile(run.programFolder, {run.modelName, code, run.flags});
   });
-  if (failure) run.display.Explain({"Run", failure->number, failure->line, failure->what()});
+  if (failure) run.display.Explain(NoticeOf("Run", *failure));
   return !failure;
 }
 
@@ -137,7 +137,7 @@ bool WriteManualControlFile(Run& run) {
         if (WriteManualControlFile(run)) LoadForm1(run);
         break;
       case MainWindowAction::Close:
-        EndProgram(run, FailedStatus);
+        EndProgram(run, run.exitStatus != exit_status::Complete ? run.exitStatus : exit_status::StartUp);
     }
   }
 }

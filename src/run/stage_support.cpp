@@ -4,6 +4,7 @@
 
 #include "base/file_system.hpp"
 #include "model/element_records.hpp"
+#include "run/failure_answer.hpp"
 #include "run/run.hpp"
 
 namespace velmor {
@@ -51,39 +52,38 @@ void ShowFailure(Run& run, const Failure& failure) {
   run.form2.Text5 = {std::to_string(failure.number), true};
   run.form2.Text6 = {std::to_string(failure.line), true};
   run.display.Refresh(run.form2);
-  run.display.Explain({run.form2.Frame1.caption, failure.number, failure.line, failure.what()});
 }
 
 void EndAfterFailure(Run& run, const Failure& failure) {
-  const auto endWith = [&](std::initializer_list<std::string> messages) {
-    run.display.Explain({run.form2.Frame1.caption, failure.number, failure.line, failure.what()});
+  const auto tell = [&](std::initializer_list<std::string> messages) {
     for (const std::string& message : messages) run.display.MessageBox(message);
   };
   switch (failure.cause) {
     case Cause::MissingFile:
-      endWith({"FILE NOT FOUND: " + failure.path, "FATAL ERROR, RUN ABORTED"});
+      tell({"FILE NOT FOUND: " + failure.path, "FATAL ERROR, RUN ABORTED"});
       break;
     case Cause::ControlFile:
-      endWith({"NOT CORRECTLY STARTED"});
+      tell({"NOT CORRECTLY STARTED"});
       break;
     case Cause::NoMaterials:
-      endWith({"NO MATERIALS DEFINED", "FATAL ERROR, RUN ABORTED"});
+      tell({"NO MATERIALS DEFINED", "FATAL ERROR, RUN ABORTED"});
       break;
     case Cause::BandMemory:
-      endWith({"Out of Memory, Reduce size of declaired model"});
+      tell({"Out of Memory, Reduce size of declaired model"});
       break;
     case Cause::SingularBand:
-      endWith({"MATRIX IS SINGULAR", "THE CONSTRUCTIE HAS A MECHANISM"});
+      tell({"MATRIX IS SINGULAR", "THE CONSTRUCTIE HAS A MECHANISM"});
       break;
     case Cause::NoPlateTable:
-      endWith({"PLAT.ELM NOT FOUND"});
+      tell({"PLAT.ELM NOT FOUND"});
       break;
     case Cause::General:
       ShowFailure(run, failure);
-      run.display.MessageBox("CALCULATION STOPPED");
+      tell({"CALCULATION STOPPED"});
       break;
   }
-  EndProgram(run, 1);
+  run.display.Explain(NoticeOf(run.form2.Frame1.caption, failure));
+  EndProgram(run, ExitStatusOf(failure));
 }
 
 void EndProgram(Run& run, int status) {

@@ -46,7 +46,7 @@ std::optional<Failure> Attempt(Body body, std::source_location where = std::sour
   }
 }
 
-/// Shows number and line of a failure on form2, with its description.
+/// Shows number and line of a failure on form2.
 void ShowFailure(Run& run, const Failure& failure);
 
 /// The messages by which the EEM, Mass and Non-Linear stages answer a failure, then the end of program.
@@ -57,7 +57,7 @@ struct ProgramEnd {
   int status;
 };
 
-/// The common end of program: deletes EEM.CTR and ends the process. Status 0 stands for a complete run.
+/// The common end of program: deletes EEM.CTR and ends the process with an exit_status.
 [[noreturn]] void EndProgram(Run& run, int status);
 
 }  // namespace velmor

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "run/failure_answer.hpp"
 #include "run/run.hpp"
 #include "run/stages.hpp"
 
@@ -10,7 +11,7 @@ namespace {
 
 void NotBuiltYet(Run& run, const char* stage) {
   run.display.Warning(std::string("the stage ") + stage + " is not built yet: it writes no results");
-  run.failed = true;
+  run.exitStatus = exit_status::StartUp;
 }
 
 }  // namespace
