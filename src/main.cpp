@@ -2,11 +2,20 @@
 #include <cstdio>
 
 #include "base/file_system.hpp"
+#include "base/interruption.hpp"
 #include "run/console_display.hpp"
+#include "run/failure_answer.hpp"
 #include "run/run_controller.hpp"
 
 int main() {
+  const std::string folder = velmor::ProgramFolder();
+  const velmor::FolderLock lock(folder);
+  if (!lock.IsHeld()) {
+    std::fprintf(stderr, "Velmor is running in this program folder already; start it from a copy of the folder\n");
+    return velmor::exit_status::StartUp;
+  }
   std::signal(SIGXFSZ, SIG_IGN);  // a file at its size limit fails to grow, as on a full disk, and the stage answers
+  velmor::WatchSignals();
   velmor::ConsoleDisplay display;
-  return velmor::RunProgram(display, velmor::ProgramFolder());
+  return velmor::RunProgram(display, folder);
 }

@@ -1,6 +1,7 @@
 #include "base/file_system.hpp"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,6 +13,7 @@
 #include <utility>
 
 #include "base/failure.hpp"
+#include "base/interruption.hpp"
 
 namespace velmor {
 namespace {
@@ -55,6 +57,15 @@ std::int64_t FileSize(const std::string& path) {
 }
 
 std::string ProgramFolder() { return fs::read_symlink("/proc/self/exe").parent_path().string() + "/"; }
+
+FolderLock::FolderLock(const std::string& folder) {
+  descriptor_ = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  held_ = ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;  // a system without locks stops nobody
+}
+
+FolderLock::~FolderLock() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+}
 
 InputFile::InputFile(const std::string& path, std::source_location where) : path_(path) {
   descriptor_ = ::open(FindFile(path).c_str(), O_RDONLY | O_CLOEXEC);
@@ -106,7 +117,7 @@ OutputFile::OutputFile(const std::string& path, Unfinished unfinished, std::sour
 
 OutputFile::~OutputFile() {
   if (descriptor_ < 0) return;
-  if (unfinished_ == Unfinished::Keep && !failed_) {
+  if (unfinished_ == Unfinished::Keep && !failed_ && CaughtSignal() == 0) {
     try {
       Close();
       return;

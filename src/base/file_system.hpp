@@ -22,6 +22,20 @@ std::int64_t FileSize(const std::string& path);
 /// The folder that holds the running program, absolute, with a trailing '/'.
 std::string ProgramFolder();
 
+/// Keeps a second start in the same folder away for as long as it lives; leaves no file behind.
+class FolderLock {
+ public:
+  explicit FolderLock(const std::string& folder);
+  ~FolderLock();
+  FolderLock(const FolderLock&) = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+  bool IsHeld() const { return held_; }
+
+ private:
+  int descriptor_ = -1;
+  bool held_ = false;
+};
+
 /// A file opened for reading. Failure 53 if it is not there, 75 if it is there and cannot be opened (a folder,
 /// no permission), 57 if reading fails later.
 class InputFile {

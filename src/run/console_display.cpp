@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/file_system.hpp"
+#include "base/interruption.hpp"
 #include "run/analysis_options.hpp"
 
 namespace velmor {
@@ -100,14 +101,17 @@ void ConsoleDisplay::ShowProgress(const std::string& stage, const std::string& s
 }
 
 void ConsoleDisplay::Refresh(const MainWindow& window) {
+  ThrowIfInterrupted();
   ShowProgress(window.Frame1.caption, window.Label6.caption, window.Label7.caption);
 }
 
 void ConsoleDisplay::Refresh(const ProgressWindow& window) {
+  ThrowIfInterrupted();
   ShowProgress(window.Frame1.caption, window.Label7.caption, window.Label8.caption);
 }
 
 void ConsoleDisplay::Refresh(const StressWindow& window) {
+  ThrowIfInterrupted();
   const std::string& progress = window.Label7.caption.empty() ? window.Label6.caption : window.Label7.caption;
   ShowProgress(window.Frame1.caption, "", progress);
 }
@@ -134,6 +138,7 @@ std::optional<std::string> ConsoleDisplay::Ask(const std::string& question) {
   std::fflush(stdout);
   std::string line;
   if (!std::getline(std::cin, line)) {
+    ThrowIfInterrupted();
     std::printf("\n");
     return std::nullopt;
   }

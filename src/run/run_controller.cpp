@@ -7,6 +7,7 @@
 #include <initializer_list>
 
 #include "base/file_system.hpp"
+#include "base/interruption.hpp"
 #include "model/model_scan.hpp"
 #include "run/analysis_options.hpp"
 #include "run/failure_answer.hpp"
@@ -152,6 +153,9 @@ int RunProgram(Display& display, const std::string& programFolder) {
   } catch (const ProgramEnd& end) {
     if (end.status == 0) run.display.ShowSummary(Summary(run));
     return end.status;
+  } catch (const Interrupted& interrupted) {
+    DeleteFile(programFolder + ControlFileName);
+    return 128 + interrupted.signal;
   }
 }
 

@@ -1,0 +1,17 @@
+#pragma once
+
+namespace velmor {
+
+/// From now on SIGINT and SIGTERM are noted instead of ending the process, so that a run can end cleanly.
+void WatchSignals();
+
+/// The signal that was noted, or 0.
+int CaughtSignal();
+
+/// Thrown where a run looks for a signal and finds one; ends the program.
+struct Interrupted {
+  int signal;
+};
+void ThrowIfInterrupted();
+
+}  // namespace velmor
