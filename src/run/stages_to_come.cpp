@@ -18,7 +18,6 @@ void NotBuiltYet(Run& run, const char* stage) {
 
 void RunEigenStage(Run& run) { NotBuiltYet(run, "Freq"); }
 void RunGapStage(Run& run) { NotBuiltYet(run, "Non-Linear"); }
-void RunNodalStressStage(Run& run) { NotBuiltYet(run, "Nodal Stress"); }
 void RunStressAverageStage(Run& run) { NotBuiltYet(run, "Nodal Stress Average"); }
 
 }  // namespace velmor
