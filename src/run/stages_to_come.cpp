@@ -18,6 +18,5 @@ void NotBuiltYet(Run& run, const char* stage) {
 
 void RunEigenStage(Run& run) { NotBuiltYet(run, "Freq"); }
 void RunGapStage(Run& run) { NotBuiltYet(run, "Non-Linear"); }
-void RunStressAverageStage(Run& run) { NotBuiltYet(run, "Nodal Stress Average"); }
 
 }  // namespace velmor
