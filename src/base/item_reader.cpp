@@ -78,6 +78,24 @@ bool ItemReader::AtEnd() {
   return at_ == end_;
 }
 
+bool ItemReader::PassText(std::string_view text) {
+  SkipBlanks();
+  const char* const start = at_;
+  const bool quoted = at_ != end_ && *at_ == '"';
+  if (quoted) ++at_;
+  const std::string_view rest(at_, static_cast<std::size_t>(end_ - at_));
+  const char* const stop = at_ + std::min(text.size(), rest.size());
+  const bool ends = quoted ? stop != end_ && *stop == '"' : stop == end_ || EndsItem(*stop);
+  if (!rest.starts_with(text) || !ends) {
+    at_ = start;
+    return false;
+  }
+  item_ = start;
+  at_ = quoted ? stop + 1 : stop;
+  EndItem();
+  return true;
+}
+
 std::string ItemReader::Describe(std::string_view item) const {
   const auto line = 1 + std::count(static_cast<const char*>(text_.get()), item_, '\n');
   return path_ + ", line " + std::to_string(line) + ": " + std::string(item);

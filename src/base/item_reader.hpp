@@ -34,8 +34,12 @@ class ItemReader {
   int Index(std::string_view item, int last, Place where = Place::current());
   void Skip(int items, std::string_view item, Place where = Place::current());
 
-  /// True if only separators follow.
+  /// True if only blanks follow.
   bool AtEnd();
+  /// Passes the next item and returns true if it is this string, quoted or bare; else leaves it.
+  bool PassText(std::string_view text);
+  /// Back to the first item, without reading the file again.
+  void Rewind() { at_ = item_ = text_.get(); }
   /// Failure 62 if what is left of the file is too short to hold `count` times `items` items, each of a
   /// character and a separator at the least: a table for them is then not worth making.
   void ExpectItems(long long count, long long items, std::string_view item, Place where = Place::current()) const;

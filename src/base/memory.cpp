@@ -36,8 +36,7 @@ std::uint64_t MemoryCeiling() {
 
 ZeroedBlock::ZeroedBlock(std::uint64_t count) {
   const auto fail = [&] {
-    return Failure(Cause::BandMemory, error::OutOfMemory,
-                   "no memory for the band of " + std::to_string(count / (1 << 17)) + " MB", {});
+    return Failure(error::OutOfMemory, "no memory for a table of " + std::to_string(count / (1 << 17)) + " MB");
   };
   if (count > MemoryCeiling() / sizeof(double)) throw fail();
   void* const block =

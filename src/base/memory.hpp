@@ -15,8 +15,8 @@ std::uint64_t MemoryCeiling();
 class ZeroedBlock {
  public:
   ZeroedBlock() = default;
-  /// `count` numbers. Failure 7 (Cause::BandMemory) if the system has no such block or it is above the ceiling,
-  /// before anything is touched.
+  /// `count` numbers. Failure 7 if the system has no such block or it is above the ceiling, before
+  /// anything is touched.
   explicit ZeroedBlock(std::uint64_t count);
   ~ZeroedBlock();
   ZeroedBlock(ZeroedBlock&& other) noexcept;

@@ -22,6 +22,14 @@ std::size_t Stride(int bandBound) {
 /// Columns that are turned at a time: a cache line of every row, so that each row is touched once a strip.
 constexpr int StripWidth = NumbersInLine;
 
+ZeroedBlock BandBlock(int equationBound, std::size_t stride) {
+  try {
+    return ZeroedBlock((static_cast<std::uint64_t>(equationBound) + 1) * stride);
+  } catch (const Failure& failure) {
+    throw Failure(Cause::BandMemory, failure.number, failure.what(), {});
+  }
+}
+
 struct Strip {
   int first, columns;
 };
@@ -46,7 +54,7 @@ BandMatrix::BandMatrix(int equationBound, int bandBound)
     : equationBound_(equationBound),
       bandBound_(bandBound),
       stride_(Stride(bandBound)),
-      block_((static_cast<std::uint64_t>(equationBound) + 1) * stride_) {}
+      block_(BandBlock(equationBound, stride_)) {}
 
 std::int64_t MatrixFileSize(int equationBound, int bandBound) {
   return 8 * (std::int64_t{equationBound} + 1) * (std::int64_t{bandBound} + 1);

@@ -10,6 +10,7 @@
 #include "model/element_geometry.hpp"
 #include "model/element_records.hpp"
 #include "model/element_types.hpp"
+#include "model/model_file.hpp"
 #include "run/failure_answer.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
@@ -44,10 +45,7 @@ void ReadNodes(ItemReader& tek, ModelTables& model) {
 
 /// Reads the rest of a super element's record, then refuses it.
 [[noreturn]] void RefuseSuperElement(Run& run, ItemReader& tek, int e) {
-  tek.Skip(2, "name and number of a super element");
-  const int nodes = tek.Count("node count of a super element");
-  tek.ExpectItems(nodes, 1, "nodes of a super element");
-  for (int j = 1; j <= nodes; ++j) tek.Index("node of a super element", run.model.nodeCount);
+  PassSuperElement(tek, run.model.nodeCount);
   run.display.MessageBox("SUPER ELEMENT IS NOT SUPPORTED");
   throw Failure(error::SubscriptOutOfRange, "element " + std::to_string(e) + " is a super element");
 }
@@ -83,14 +81,12 @@ void ReadElement(Run& run, ItemReader& tek, int e, ElementCensus& census) {
     throw Failure(error::SubscriptOutOfRange,
                   tek.Describe("element type ") + std::to_string(type) + " has too few nodes in ELTYP.DAT");
   }
+  ReadElementNodes(tek, model, e);
   int lowest = model.nodeCount, highest = 0;
   for (int j = 1; j <= nodes; ++j) {
-    const int node = tek.Index("node of an element", model.nodeCount);
-    model.elements(e, j) = node;
-    lowest = std::min(lowest, node);
-    highest = std::max(highest, node);
+    lowest = std::min(lowest, model.elements(e, j));
+    highest = std::max(highest, model.elements(e, j));
   }
-  model.elementMaterial(e) = tek.Whole("material of an element");
   census.widestDifference = std::max(census.widestDifference, highest - lowest);
 }
 

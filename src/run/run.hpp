@@ -9,6 +9,7 @@
 #include "elements/materials.hpp"
 #include "model/model_sizes.hpp"
 #include "model/model_tables.hpp"
+#include "results/displacements.hpp"
 #include "run/control_file.hpp"
 #include "run/display.hpp"
 #include "run/run_report.hpp"
@@ -45,6 +46,9 @@ struct RunState {
   Grid LoadTable;         // load case by equation: loads, then displacements, left by the Sys stage
   RunReport report;       // figures for the end of the run, from every stage
   int exitStatus = 0;     // of the process, by a stage that failed where the run goes on (failure_answer.hpp)
+
+  // From NAME.RVP by the first stress stage of the run that needs them.
+  DisplacementTable displacements;
 };
 
 /// A run: its state, its windows and the display that shows them. Nothing else outlives a stage.

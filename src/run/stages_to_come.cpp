@@ -18,8 +18,5 @@ void NotBuiltYet(Run& run, const char* stage) {
 
 void RunEigenStage(Run& run) { NotBuiltYet(run, "Freq"); }
 void RunGapStage(Run& run) { NotBuiltYet(run, "Non-Linear"); }
-void RunLineStressStage(Run& run) { NotBuiltYet(run, "Line Element stress"); }
-void RunNodalStressStage(Run& run) { NotBuiltYet(run, "Nodal Stress"); }
-void RunStressAverageStage(Run& run) { NotBuiltYet(run, "Nodal Stress Average"); }
 
 }  // namespace velmor
