@@ -171,18 +171,15 @@ TEST(Plates, StoreTheEnergyOfBendingStates) {
 }
 
 TEST(Plates, OfHybridTypeTakeShearInSeriesWithBending) {
-  // Under the bending moment of w = x^3 / 6 the flexibilities a^2 / (3 D) and 6 / (5 G t) of the work (a^2 / 3) add up.
-  const double a = Rectangle.a1, third = a * a / 3, area = 4 * a * Rectangle.b2;
+  // Under the bending moment of w = x^3 / 6 the flexibilities a^2 / (3 D) and 6 / (5 G t) of the work (a^2 / 3) add up;
+  // with the thickness the second one goes and type 10 is type 9.
+  const double third = Rectangle.a1 * Rectangle.a1 / 3, area = 4 * Rectangle.a1 * Rectangle.b2;
   const std::vector<double> q = Deflection{"", 0, 0, 0, 0, 0, 0, 1}.On(NodesOf(Rectangle), -1);
-  for (const double t : {4.0, 40.0, 400.0}) {
+  for (const double t : {0.01, 4.0, 400.0}) {
     const Material m{.E = 210e3, .nu = 0.3, .A = t};
-    const double D = Rigidity(m), G = m.E / 2.6;
-    const double energy = area / 2 * third * third / (third / D + 6 / (5 * G * t));
+    const double shear = 6 / (5 * ShearModulus(m) * t);
+    const double energy = area / 2 * third * third / (third / Rigidity(m) + shear);
     EXPECT_NEAR(StrainEnergy(Hybrid(m, HybridShear::Included), q) / energy, 1, 1e-11);
-    const Table<12, 12> thin = Hybrid(m, HybridShear::None), thick = Hybrid(m, HybridShear::Included);
-    const double apart = std::abs(thick(1, 1) / thin(1, 1) - 1);  // falls with the square of the thickness
-    EXPECT_LT(apart, 10 * t * t / (a * a)) << t;
-    EXPECT_GT(apart, 0.1 * t * t / (a * a)) << t;
   }
 }
 
@@ -280,34 +277,32 @@ TEST(Plates, HaveTheTableThatTheToolMakesAnew) {
   }
 }
 
-TEST(Plates, WithShearMatchAnIntegrationOfTheirFields) {
-  // Bilinear w, t1, t2: bending exactly integrated, shear at the centre, and the hourglass mode of w with 1.3^2 / 3 in
-  // place of 1/3.
-  std::mt19937 random(7);
-  std::uniform_real_distribution<double> number(-1, 1);
-  const double a = Rectangle.a1, b = Rectangle.b2, nu = Steel.nu, Gt = Steel.E / 2.6 * Steel.A;
-  for (int trial = 0; trial < 3; ++trial) {
-    std::vector<double> q;
-    for (int i = 0; i < 12; ++i) q.push_back(number(random) / (i % 3 == 0 ? 1 : 300));
-    // c[f][0..3]: coefficients of 1, xi, eta, xi eta in the field f
-    double c[3][4] = {};
+TEST(Plates, WithShearStoreTheEnergyOfTheirModes) {
+  const double a = Rectangle.a1, b = Rectangle.b2, D = Rigidity(Steel), Gt = Steel.E / 2.6 * Steel.A;
+  const auto stretch = [&](double k) { return D * k * k / 3; };       // mean energies of a bending curvature that runs
+  const auto twist = [&](double k) { return 0.35 * D * k * k / 3; };  // linearly to k, of a slope of one rotation
+  const auto slide = [&](double gamma) { return Gt * gamma * gamma; };
+  const struct {
+    const char* name;
+    int freedom;                // 1: w, 2: rotation about x, 3: about y
+    double one, xi, eta, both;  // coefficients of 1, xi, eta, xi eta in it
+    double energy;              // twice the mean
+  } modes[] = {
+      {"w = xi", 1, 0, 1, 0, 0, slide(1 / a)},
+      {"w = eta", 1, 0, 0, 1, 0, slide(1 / b)},
+      {"w = xi eta, stabilised", 1, 0, 0, 0, 1, 1.69 / 3 * (slide(1 / a) + slide(1 / b))},
+      {"turn about x", 2, 1, 0, 0, 0, slide(1)},
+      {"turn about y", 3, 1, 0, 0, 0, slide(1)},
+      {"turn about x = xi eta", 2, 0, 0, 0, 1, stretch(1 / b) + twist(1 / a)},
+      {"turn about y = xi eta", 3, 0, 0, 0, 1, stretch(1 / a) + twist(1 / b)},
+  };
+  for (const auto& mode : modes) {
+    std::vector<double> q(12);
     for (int i = 1; i <= 4; ++i) {
-      for (std::size_t f = 0; f < 3; ++f) {
-        const double value = q[static_cast<std::size_t>(3 * i - 3) + f] / 4;
-        const double terms[] = {1.0, 1.0 * CornerS[i], 1.0 * CornerT[i], 1.0 * CornerS[i] * CornerT[i]};
-        for (std::size_t k = 0; k < 4; ++k) c[f][k] += value * terms[k];
-      }
+      const int s = CornerS[i], t = CornerT[i];
+      q[static_cast<std::size_t>(3 * i - 4 + mode.freedom)] = mode.one + mode.xi * s + mode.eta * t + mode.both * s * t;
     }
-    const double bending = Rigidity(Steel) / 2 * Integral(Rectangle, [&](double x, double y) {
-                             const double xi = x / a, eta = y / b;  // t1 = dw/dy, t2 = -dw/dx
-                             const double kx = -(c[2][1] + c[2][3] * eta) / a, ky = (c[1][2] + c[1][3] * xi) / b;
-                             const double twist = (c[1][1] + c[1][3] * eta) / a - (c[2][2] + c[2][3] * xi) / b;
-                             return kx * kx + ky * ky + 2 * nu * kx * ky + (1 - nu) / 2 * twist * twist;
-                           });
-    const double gx = c[0][1] / a + c[2][0], gy = c[0][2] / b - c[1][0];
-    const double hourglass = 1.69 / 3 * c[0][3] * c[0][3] * (1 / (a * a) + 1 / (b * b));
-    const double shear = Gt / 2 * 4 * a * b * (gx * gx + gy * gy + hourglass);
-    EXPECT_NEAR(StrainEnergy(WithShear(Steel), q) / (bending + shear), 1, 1e-12);
+    EXPECT_NEAR(StrainEnergy(WithShear(Steel), q) / (4 * a * b * mode.energy / 2), 1, 1e-12) << mode.name;
   }
 }
 
