@@ -16,7 +16,6 @@ void NotBuiltYet(Run& run, const char* stage) {
 
 }  // namespace
 
-void RunEigenStage(Run& run) { NotBuiltYet(run, "Freq"); }
 void RunGapStage(Run& run) { NotBuiltYet(run, "Non-Linear"); }
 void RunLineStressStage(Run& run) { NotBuiltYet(run, "Line Element stress"); }
 void RunNodalStressStage(Run& run) { NotBuiltYet(run, "Nodal Stress"); }
