@@ -16,7 +16,6 @@ void NotBuiltYet(Run& run, const char* stage) {
 
 }  // namespace
 
-void RunEigenStage(Run& run) { NotBuiltYet(run, "Freq"); }
 void RunGapStage(Run& run) { NotBuiltYet(run, "Non-Linear"); }
 
 }  // namespace velmor

@@ -8,27 +8,11 @@
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "solve/element_loads.hpp"
-#include "solve/supports.hpp"
+#include "solve/nodal_loads.hpp"
+#include "solve/skipped_lines.hpp"
 
 namespace velmor {
 namespace {
-
-/// Lines of one kind that were skipped: how many, and the first of them.
-class Skipped {
- public:
-  void Note(const ItemReader& file, const std::string& what) {
-    if (count_++ == 0) first_ = file.Describe(what);
-  }
-  void Tell(Run& run, const std::string& consequence) const {
-    if (count_ == 0) return;
-    const std::string more = count_ > 1 ? " (and " + std::to_string(count_ - 1) + " more)" : "";
-    run.display.Warning(first_ + more + ": " + consequence);
-  }
-
- private:
-  int count_ = 0;
-  std::string first_;
-};
 
 ElementLoad ReadElementLoad(ItemReader& ell) {
   ElementLoad load;
@@ -50,7 +34,7 @@ bool TakesNoLoad(const Run& run, const ElementLoad& load) {
 /// NAME.ell: one block per load case, in order, until the end of the file.
 void ReadElementLoads(Run& run) {
   ItemReader ell(run.File(".ell"));
-  Skipped skipped;
+  SkippedLines skipped;
   for (int loadCase = 1; !ell.AtEnd(); ++loadCase) {
     const int count = ell.Count("number of element loads");
     ell.ExpectItems(count, 3, "element loads");
@@ -64,7 +48,7 @@ void ReadElementLoads(Run& run) {
       if (TakesNoLoad(run, load)) skipped.Note(ell, "load on element " + std::to_string(load.element));
     }
   }
-  skipped.Tell(run, "it adds nothing");
+  skipped.Tell(run.display, "it adds nothing");
 }
 
 /// Factors of the nodal freedoms x, y, z and the rotations about them under the acceleration of a load case; f(0)
@@ -111,27 +95,23 @@ void AddBodyLoad(Run& run, int c) {
 }
 
 /// The block of one load case in NAME.KNK.
-void ReadNodalLoads(Run& run, ItemReader& knk, int c, Skipped& skipped) {
-  const int count = knk.Count("number of nodal loads");
-  knk.ExpectItems(count, 3, "nodal loads");
+void AddNodalLoads(Run& run, ItemReader& knk, int c, SkippedLines& skipped) {
+  const int count = ReadNodalLoadCount(knk);
   for (int i = 1; i <= count; ++i) {
-    const int node = knk.Index("node of a load", run.sizes.NodeCount);
-    const int direction = FreedomOf(knk.Whole("direction of a nodal load"), run.analysisCode);
-    if (direction < 1) throw Failure(error::SubscriptOutOfRange, knk.Describe("direction of a load is below 1"));
-    const double value = knk.Number("value of a nodal load");
-    if (direction > run.sizes.DofPerNode) {
-      skipped.Note(knk, "load on node " + std::to_string(node) + ", direction " + std::to_string(direction));
+    const NodalLoad load = ReadNodalLoad(knk, run.analysisCode, run.sizes.NodeCount);
+    if (load.direction > run.sizes.DofPerNode) {
+      skipped.Note(knk, Describe(load));
     } else {
-      run.LoadTable(c, run.sizes.Equation(node, direction)) += value;
+      run.LoadTable(c, run.sizes.Equation(load.node, load.direction)) += load.value;
     }
   }
 }
 
-void AssembleAll(Run& run, Skipped& skipped) {
+void AssembleAll(Run& run, SkippedLines& skipped) {
   ReadElementLoads(run);
   ItemReader knk(run.File(".KNK"));
   for (int c = 1; c <= run.LoadCaseCount; ++c) {
-    ReadNodalLoads(run, knk, c, skipped);
+    AddNodalLoads(run, knk, c, skipped);
     if (IsAcceleration(run.loadCases.LoadCaseType[static_cast<std::size_t>(c)])) AddBodyLoad(run, c);
   }
 }
@@ -140,9 +120,9 @@ void AssembleAll(Run& run, Skipped& skipped) {
 
 void AssembleLoads(Run& run) {
   run.LoadTable.Fill(0);
-  Skipped skipped;
+  SkippedLines skipped;
   const auto failure = Attempt([&] { AssembleAll(run, skipped); });
-  skipped.Tell(run, "the model has no such freedom, the load is dropped");
+  skipped.Tell(run.display, "the model has no such freedom, the load is dropped");
   if (failure) {
     run.display.Warning(std::string(failure->what()) + ": error " + std::to_string(failure->number) +
                         " ends the load assembly, the loads behind it are left out");

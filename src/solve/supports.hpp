@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "run/display.hpp"
+
 namespace velmor {
 
 /// A line of the constraint file: a prescribed displacement on a freedom of a node.
@@ -20,5 +22,9 @@ constexpr int FreedomOf(int direction, int analysisCode) { return analysisCode =
 /// 9 for a negative count, a node outside 1..nodeCount or a direction below 1.
 std::vector<Support> ReadSupports(const std::string& path, int analysisCode, int nodeCount,
                                   std::source_location where = std::source_location::current());
+
+/// Warns of the supports whose freedom the model does not have: how many, and the first of them.
+void WarnOfSkippedSupports(Display& display, const std::string& path, const std::vector<Support>& supports,
+                           int dofPerNode);
 
 }  // namespace velmor

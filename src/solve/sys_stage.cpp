@@ -64,15 +64,10 @@ void ReportDisplacements(Run& run) {
 /// A penalty on the diagonal of each supported freedom; its prescribed value acts in load case 1.
 void ApplySupports(Run& run) {
   const std::string path = run.File(".vpl");
-  int skipped = 0;
-  for (const Support& support : ReadSupports(path, run.analysisCode, run.sizes.NodeCount)) {
-    if (support.direction > run.sizes.DofPerNode) {
-      if (skipped++ == 0) {
-        run.display.Warning(path + ": support of node " + std::to_string(support.node) + ", direction " +
-                            std::to_string(support.direction) + ": the model has no such freedom, it is skipped");
-      }
-      continue;
-    }
+  const auto supports = ReadSupports(path, run.analysisCode, run.sizes.NodeCount);
+  WarnOfSkippedSupports(run.display, path, supports, run.sizes.DofPerNode);
+  for (const Support& support : supports) {
+    if (support.direction > run.sizes.DofPerNode) continue;
     if (run.LoadCaseCount < 1) throw Failure(error::SubscriptOutOfRange, "a support needs a load case");
     const int e = run.sizes.Equation(support.node, support.direction);
     run.GlobalBand(e, 1) = BigNumber;

@@ -1,0 +1,29 @@
+#include "solve/nodal_loads.hpp"
+
+#include "base/failure.hpp"
+#include "solve/supports.hpp"
+
+namespace velmor {
+
+int ReadNodalLoadCount(ItemReader& knk, std::source_location where) {
+  const int count = knk.Count("number of nodal loads", where);
+  knk.ExpectItems(count, 3, "nodal loads", where);
+  return count;
+}
+
+NodalLoad ReadNodalLoad(ItemReader& knk, int analysisCode, int nodeCount, std::source_location where) {
+  NodalLoad load;
+  load.node = knk.Index("node of a load", nodeCount, where);
+  load.direction = FreedomOf(knk.Whole("direction of a nodal load", where), analysisCode);
+  if (load.direction < 1) {
+    throw Failure(error::SubscriptOutOfRange, knk.Describe("direction of a load is below 1"), where);
+  }
+  load.value = knk.Number("value of a nodal load", where);
+  return load;
+}
+
+std::string Describe(const NodalLoad& load) {
+  return "load on node " + std::to_string(load.node) + ", direction " + std::to_string(load.direction);
+}
+
+}  // namespace velmor

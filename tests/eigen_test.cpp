@@ -1,0 +1,480 @@
+// The eigen stage: its elimination against one in every pass, periods against closed forms, and its ways to stop.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <numbers>
+#include <numeric>
+#include <random>
+#include <sstream>
+
+#include "dynamics/eigen_solver.hpp"
+#include "run/run.hpp"
+#include "run/stage_support.hpp"
+#include "run/stages.hpp"
+#include "support.hpp"
+
+namespace velmor::testing {
+namespace {
+
+constexpr double StagePi = 3.141593;
+
+/// An upper band as a plain table, G[i][c] for row i and column i + c - 1, for calculations that go by the book.
+using PlainBand = std::vector<std::vector<double>>;
+
+PlainBand MakePlainBand(int n, int b) {
+  return PlainBand(static_cast<std::size_t>(n) + 1, std::vector<double>(static_cast<std::size_t>(b) + 1));
+}
+
+double& At(PlainBand& G, int i, int c) { return G[static_cast<std::size_t>(i)][static_cast<std::size_t>(c)]; }
+
+/// One elimination together with its vector, as every pass of the iteration would do it. Returns the equation at which
+/// it stops, or 0.
+int EliminateWithVector(PlainBand G, Column& v, int n, int b) {
+  for (int i = 1; i <= n - 1; ++i) {
+    if (std::abs(At(G, i, 1)) < 1e-9) return i;
+    const double p = 1 / At(G, i, 1);
+    const int w = i > n - b + 1 ? n - i : b - 1;
+    for (int j = 1; j <= w; ++j) {
+      if (!(std::abs(At(G, i, j + 1)) > 1e-9)) continue;
+      const double f = p * At(G, i, j + 1);
+      for (int k = 1; k <= w + 1 - j; ++k) At(G, i + j, k) -= f * At(G, i, j + k);
+      v(i + j) -= f * v(i);
+    }
+  }
+  for (int i = n; i >= 1; --i) {
+    v(i) /= At(G, i, 1);
+    for (int l = i - 1; l >= std::max(1, i - (b - 1)); --l) v(l) -= v(i) * At(G, l, i + 1 - l);
+  }
+  return 0;
+}
+
+struct FoundMode {
+  double period;
+  std::vector<double> shape;  // from 0
+};
+
+/// What NAME.EIG holds behind its header.
+std::vector<FoundMode> ReadModes(const Folder& folder, int equations) {
+  std::string text = folder.Read(".EIG");
+  for (char& c : text) c = c == ',' ? ' ' : c;
+  std::istringstream items(text);
+  double code = 0, nodes = 0;
+  EXPECT_TRUE(items >> code >> nodes);
+  std::vector<FoundMode> modes;
+  for (FoundMode mode; items >> mode.period; modes.push_back(mode)) {
+    mode.shape.resize(static_cast<std::size_t>(equations));
+    for (double& component : mode.shape) EXPECT_TRUE(items >> component);
+  }
+  return modes;
+}
+
+/// Entry of the stored stiffness matrix.
+class StoredMatrix {
+ public:
+  StoredMatrix(const Folder& folder, int equationBound) : rows_(equationBound + 1), text_(folder.Read(".MAT")) {}
+  double operator()(int e, int d) const {
+    double value = 0;
+    std::memcpy(&value, text_.data() + 8 * (d * rows_ + e), sizeof value);
+    return value;
+  }
+
+ private:
+  int rows_;
+  std::string text_;
+};
+
+/// The whole stage once more, with the matrix made and eliminated anew in every pass.
+std::vector<FoundMode> IterateByTheBook(const Folder& folder, const Model& model, const std::vector<double>& mass,
+                                        int count) {
+  const int d = DofPerNodeOf(model.analysisCode), n = d * static_cast<int>(model.nodes.size());
+  int widest = 0;
+  for (const auto& element : model.elements) {
+    widest = std::max(widest, std::abs(element.nodes.at(0) - element.nodes.at(1)));
+  }
+  const int b = d * (widest + 1);
+  const StoredMatrix stored(folder, n + d);
+  std::vector<FoundMode> modes;
+  double L0 = 0, L1 = 0, L2 = 0;
+  for (int mode = 1; mode <= count; ++mode) {
+    Column v(n, 1.0);
+    const auto setSupports = [&](PlainBand& G) {
+      for (const auto& support : model.supports) {
+        const int e = d * (support.node - 1) + support.direction;
+        At(G, e, 1) = 1e20;
+        v(e) = support.value * 1e20;
+      }
+    };
+    const auto deflate = [&] {
+      std::vector<double> sum(static_cast<std::size_t>(n));
+      for (const FoundMode& found : modes) {
+        double c = 0;
+        for (int i = 1; i <= n; ++i) c += v(i) * found.shape[static_cast<std::size_t>(i - 1)];
+        for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += c * found.shape[i];
+      }
+      for (int i = 1; i <= n; ++i) v(i) -= sum[static_cast<std::size_t>(i - 1)];
+    };
+    PlainBand G = MakePlainBand(n, b);
+    for (int counter = 0; counter <= 20; ++counter) {
+      for (int i = 1; i <= n; ++i) {
+        for (int c = 1; c <= b; ++c) At(G, i, c) = stored(i, c);
+      }
+      setSupports(G);
+      deflate();
+      for (int i = 1; i <= n; ++i) {
+        for (int c = 1; c <= b; ++c) At(G, i, c) /= mass[static_cast<std::size_t>(i - 1)];
+      }
+      EXPECT_EQ(EliminateWithVector(G, v, n, b), 0);
+      double largest = v(1);
+      for (int i = 2; i <= n; ++i) largest = std::abs(v(i)) > std::abs(largest) ? v(i) : largest;
+      for (int i = 1; i <= n; ++i) v(i) /= largest;
+      L2 = L1;
+      L1 = L0;
+      L0 = largest;
+      const double D = L0 - 2 * L1 + L2;
+      if (D != 0 && (std::abs((L0 - L1) * (L0 - L1) / D) < 1e-9 * L2 || L0 == L2)) break;
+    }
+    deflate();
+    double square = 0;
+    for (int i = 1; i <= n; ++i) square += v(i) * v(i);
+    for (int i = 1; i <= n; ++i) v(i) /= std::sqrt(square);
+    setSupports(G);
+    FoundMode found{2 * StagePi * std::sqrt(std::abs(L0)) * (L0 < 0 ? -1 : 1), {}};
+    for (int i = 1; i <= n; ++i) found.shape.push_back(v(i));
+    modes.push_back(found);
+  }
+  return modes;
+}
+
+/// Sets one mass on every freedom of every node, through load case 1.
+void SetEqualMasses(Model& model, double mass) {
+  model.cases.resize(1);
+  for (int node = 1; node <= static_cast<int>(model.nodes.size()); ++node) {
+    for (int k = 1; k <= DofPerNodeOf(model.analysisCode); ++k) model.cases[0].nodal.push_back({node, k, mass});
+  }
+}
+
+Model EigenModel(int analysisCode) {
+  Model model;
+  model.analysisCode = analysisCode;
+  model.flags = {.EigenFlag = 1, .SolveFlag = 0, .LineStressFlag = 0, .FEStressFlag = 0};
+  return model;
+}
+
+/// Masses on springs in a row along x, fixed at the first node; nothing stiffens y, which is supported.
+Model Chain(int masses) {
+  Model model = EigenModel(1);
+  for (int i = 0; i <= masses; ++i) model.AddNode(i, 0);
+  for (int i = 1; i <= masses; ++i) model.AddElement(1, {i, i + 1});
+  model.materials = {{1, 0, 0, 1}};
+  model.Fix(1, 2);
+  for (int i = 2; i <= masses + 1; ++i) model.supports.push_back({i, 2});
+  SetEqualMasses(model, 1);
+  return model;
+}
+
+/// A plane beam in mm, N and tonnes. The lumped masses stand for m' = 1e-3 t/mm.
+constexpr double BeamLength = 8000, BeamEI = 210e3 * 8e7, BeamMass = 1e-3;
+Model PlaneBeam(int elements) {
+  Model model = EigenModel(2);
+  const double h = BeamLength / elements;
+  for (int i = 0; i <= elements; ++i) model.AddNode(i * h, 0);
+  for (int i = 1; i <= elements; ++i) model.AddElement(7, {i, i + 1});
+  model.materials = {{210e3, 0.3, 0, 1e6, 0, 0, 0, 0, 0, 0, 8e7, 0}};
+  SetEqualMasses(model, BeamMass * h);
+  return model;
+}
+
+/// omega L^2 sqrt(m' / (E I))
+double BeamFactor(double period) {
+  return 2 * StagePi / period * BeamLength * BeamLength * std::sqrt(BeamMass / BeamEI);
+}
+
+TEST(EigenSolver, KeepsTheBitsOfAnEliminationInEveryPass) {
+  struct Case {
+    int n, b;
+  };
+  std::mt19937 generator(7);
+  std::uniform_real_distribution<double> uniform(-1, 1);
+  for (const auto& [n, b] : {Case{1, 1}, {2, 1}, {2, 2}, {3, 2}, {3, 3}, {5, 4}, {7, 7}, {9, 2}, {40, 6}, {97, 30}}) {
+    SCOPED_TRACE(std::to_string(n) + " equations, width " + std::to_string(b));
+    PlainBand G = MakePlainBand(n, b);
+    BandMatrix K(n + 3, b + 3);
+    Column mass(n), x(n);
+    for (int i = 1; i <= n; ++i) {
+      mass(i) = 1.5 + uniform(generator);
+      x(i) = uniform(generator);
+      for (int c = 1; c <= std::min(b, n + 1 - i); ++c) {
+        double entry = uniform(generator);
+        if (i % 3 == 0 && c % 2 == 0) entry *= 2e-9;  // about the limit of a multiplier
+        if (c == 1) entry = i % 5 == 0 ? 1e20 : i % 7 == 0 ? -2.0 * b : 2.0 * b;
+        K(i, c) = entry;
+        At(G, i, c) = entry / mass(i);
+      }
+    }
+    ASSERT_EQ(ScaleRowsByMass(K, mass, n, b), 0);
+    ASSERT_EQ(FactorBand(K, n, b), 0);
+    Column expected = x;
+    for (int pass = 1; pass <= 3; ++pass) {
+      SolveFactored(K, x, n, b);
+      ASSERT_EQ(EliminateWithVector(G, expected, n, b), 0);
+      for (int i = 1; i <= n; ++i) ASSERT_EQ(x(i), expected(i)) << "pass " << pass << ", equation " << i;
+    }
+  }
+}
+
+TEST(EigenStage, FindsThePeriodsOfAChainOfFourMasses) {
+  Folder folder;
+  folder.Solve(Chain(4));
+  const auto modes = ReadModes(folder, 10);
+  ASSERT_EQ(modes.size(), 4u);
+  for (int i = 1; i <= 4; ++i) {
+    const double f = std::sin((2 * i - 1) * std::numbers::pi / 18) / std::numbers::pi;
+    // The third mode has not settled after its 21 passes.
+    EXPECT_NEAR(1 / modes[static_cast<std::size_t>(i - 1)].period / f, 1, i == 3 ? 2e-5 : 1e-6) << "mode " << i;
+  }
+}
+
+/// A beam held by supports at both ends; node 0 stands for the last one.
+Model HeldBeam(int elements, std::vector<Model::Support> supports) {
+  Model model = PlaneBeam(elements);
+  for (auto& support : supports) {
+    if (support.node == 0) support.node = elements + 1;
+  }
+  model.supports = std::move(supports);
+  return model;
+}
+
+std::vector<double> BeamFactors(int elements, const std::vector<Model::Support>& supports) {
+  Folder folder;
+  folder.Solve(HeldBeam(elements, supports));
+  std::vector<double> factors;
+  for (const FoundMode& mode : ReadModes(folder, 3 * (elements + 1))) factors.push_back(BeamFactor(mode.period));
+  return factors;
+}
+
+TEST(EigenStage, FindsTheModesOfBeamsWithTheFourthPowerOfTheElementLength) {
+  struct Case {
+    const char* name;
+    std::vector<Model::Support> supports;
+    std::vector<double> factors;  // squared roots of the frequency equation
+  };
+  const Case cases[] = {
+      {"simply supported", {{1, 1}, {1, 2}, {0, 2}}, {9.869604, 39.478418, 88.826440}},
+      {"clamped", {{1, 1}, {1, 2}, {1, 6}, {0, 1}, {0, 2}, {0, 6}}, {22.373285, 61.672823, 120.903392}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const auto coarse = BeamFactors(8, c.supports), fine = BeamFactors(16, c.supports);
+    for (std::size_t i = 0; i < c.factors.size(); ++i) {
+      const double error = 1 - fine.at(i) / c.factors[i];
+      EXPECT_LT(std::abs(error), 2.2e-4) << "mode " << i + 1;
+      EXPECT_NEAR((1 - coarse.at(i) / c.factors[i]) / error, 16, 11) << "mode " << i + 1;
+    }
+    EXPECT_NEAR(fine[0] / c.factors[0], 1, 8e-6);
+  }
+}
+
+TEST(EigenStage, FindsShapesThatSolveTheEigenproblem) {
+  constexpr int elements = 12, n = 3 * (elements + 1), b = 6;
+  Folder folder;
+  const Model model = HeldBeam(elements, {{1, 1}, {1, 2}, {0, 2}});
+  folder.Solve(model);
+  const StoredMatrix K(folder, n + 3);
+  const auto modes = ReadModes(folder, n);
+  ASSERT_EQ(modes.size(), 10u);
+  const double mass = BeamMass * BeamLength / elements;
+  for (std::size_t i = 0; i < 10; ++i) {
+    const auto& x = modes[i].shape;
+    for (std::size_t j = 0; j <= i; ++j) {
+      const double dot = std::inner_product(x.begin(), x.end(), modes[j].shape.begin(), 0.0);
+      EXPECT_NEAR(dot, i == j ? 1 : 0, 1e-9) << "modes " << i + 1 << " and " << j + 1;
+    }
+    for (const auto& s : model.supports) EXPECT_EQ(x[static_cast<std::size_t>(3 * (s.node - 1) + s.direction - 1)], 0);
+    if (i >= 4) continue;  // later ones have not settled after their 21 passes
+    const double omega2 = std::pow(2 * StagePi / modes[i].period, 2);
+    const auto X = [&](int e) { return e < 1 || e > n ? 0 : x[static_cast<std::size_t>(e - 1)]; };
+    for (int e = 4; e <= n - 3; ++e) {
+      double force = K(e, 1) * X(e);
+      for (int d = 2; d <= b; ++d) force += K(e, d) * X(e + d - 1) + (e >= d ? K(e - d + 1, d) * X(e - d + 1) : 0);
+      EXPECT_NEAR(force / (omega2 * mass), X(e), 1e-3) << "mode " << i + 1 << ", equation " << e;
+    }
+  }
+}
+
+/// A portal frame with densities and with masses from load cases of all kinds: rows are scaled unequally.
+Model LoadedPortal() {
+  Model model = EigenModel(2);
+  for (const auto& [x, y] : {std::pair{0.0, 0.0}, {0.0, 2.0}, {0.0, 4.0}, {2.5, 4.5}, {5.0, 4.0}, {5.0, 1.5}}) {
+    model.AddNode(x, y);
+  }
+  for (int i = 1; i <= 5; ++i) model.AddElement(7, {i, i + 1}, i % 2 + 1);
+  model.materials = {{2e11, 0.3, 7850, 4e-3, 0, 0, 0, 0, 0, 0, 2e-5, 0},
+                     {7e10, 0.3, 2700, 6e-3, 0, 0, 0, 0, 0, 0, 5e-5, 0}};
+  model.Fix(1, 3);
+  model.supports.push_back({6, 1, 2e-19});  // a value shows in the mode as value times the penalty
+  model.supports.push_back({6, 2});
+  model.cases.resize(3);
+  for (int node = 1; node <= 6; ++node) model.cases[0].nodal.push_back({node, 6, 3.0 * node});  // rotations
+  model.cases[0].nodal.push_back({3, 1, 40});
+  model.cases[1].nodal.push_back({4, 2, 1000});  // forces: a plain case adds no mass
+  model.cases[2].nodal.push_back({5, 2, 80});
+  model.cases[2].type = -1;
+  return model;
+}
+
+TEST(EigenStage, EqualsTheIterationByTheBook) {
+  struct Case {
+    const char* name;
+    Model model;
+    std::vector<Model::Load> masses;  // added to NAME.MAS
+    int modes;
+  };
+  const Model chain = Chain(12), portal = LoadedPortal();
+  std::vector<Model::Load> portalMasses = portal.cases[0].nodal;
+  portalMasses.push_back(portal.cases[2].nodal[0]);
+  for (auto& mass : portalMasses) mass.direction = std::min(mass.direction, 3);
+  for (const Case& c : {Case{"chain", chain, chain.cases[0].nodal, 10}, {"portal", portal, portalMasses, 10}}) {
+    SCOPED_TRACE(c.name);
+    Folder folder;
+    folder.Solve(c.model);
+    const int d = DofPerNodeOf(c.model.analysisCode), n = d * static_cast<int>(c.model.nodes.size());
+    std::string mas = folder.Read(".MAS");
+    for (char& character : mas) character = character == ',' ? ' ' : character;
+    std::istringstream items(mas);
+    std::vector<double> mass(static_cast<std::size_t>(n));
+    for (double& m : mass) items >> m;
+    for (const auto& added : c.masses)
+      mass[static_cast<std::size_t>(d * (added.node - 1) + added.direction - 1)] += added.value;
+
+    const auto found = ReadModes(folder, n), expected = IterateByTheBook(folder, c.model, mass, c.modes);
+    ASSERT_EQ(found.size(), expected.size());
+    for (std::size_t i = 0; i < found.size(); ++i) {
+      EXPECT_EQ(found[i].period, expected[i].period) << "mode " << i + 1;
+      EXPECT_EQ(found[i].shape, expected[i].shape) << "mode " << i + 1;
+    }
+  }
+}
+
+TEST(EigenStage, FindsAsManyModesAsTheSupportsLeave) {
+  struct Case {
+    const char* name;
+    std::vector<Model::Support> more;
+    std::size_t modes;
+  };
+  // Three masses on springs: 8 equations, 5 supports.
+  for (const Case& c : {Case{"as it is", {}, 3},
+                        {"a support line without a freedom counts", {{2, 3}}, 2},
+                        {"as many as equations", {{2, 3}, {2, 3}, {2, 3}}, 0},
+                        {"more than equations", {{2, 3}, {2, 3}, {2, 3}, {2, 3}}, 0}}) {
+    SCOPED_TRACE(c.name);
+    Folder folder;
+    Model model = Chain(3);
+    model.supports.insert(model.supports.end(), c.more.begin(), c.more.end());
+    folder.Write(model);
+    RecordingDisplay display;
+    EXPECT_EQ(folder.Run(display), 0);
+    EXPECT_EQ(display.messages.size(), 0u);
+    EXPECT_EQ(display.warnings.size(), c.more.empty() ? 0u : 1u);
+    const auto modes = ReadModes(folder, 8);
+    EXPECT_EQ(modes.size(), c.modes);
+    EXPECT_TRUE(folder.Read(".EIG").starts_with("1,4\n"));
+    if (c.modes > 0) {
+      EXPECT_NEAR(modes[0].period, std::numbers::pi / std::sin(std::numbers::pi / 14), 1e-5);
+    }
+  }
+}
+
+TEST(EigenStage, LeavesTheUnfactoredMatrixWithItsSupportsAndItsPi) {
+  Folder folder;
+  Model model = Chain(3);
+  folder.Write(model);
+  RecordingDisplay display;
+  velmor::Run run(display, folder.Program());
+  bool readable = false;
+  run.modelSizeValues = ReadModelSizeValues(run.programFolder, readable);
+  RunKolStage(run);
+  RunStiffnessStage(run);
+  RunMassStage(run);
+  RunEigenStage(run);
+  const StoredMatrix stored(folder, 10);
+  for (int e = 1; e <= 8; ++e) {
+    const bool supported = e == 1 || e % 2 == 0;
+    EXPECT_EQ(run.GlobalBand(e, 1), supported ? 1e20 : stored(e, 1));
+    for (int d = 0; d <= 4; ++d)
+      EXPECT_EQ(d == 1 ? 0 : run.GlobalBand(e, d), d == 1 ? 0 : stored(e, d)) << e << " " << d;
+  }
+  EXPECT_EQ(run.pi, StagePi);
+  EXPECT_EQ(display.form2.Label8.caption, "3");
+
+  // Without a mode to find the band stays as the stiffness stage made it.
+  model.supports.insert(model.supports.end(), 3, {2, 3});
+  folder.Write(model);
+  RunStiffnessStage(run);
+  RunEigenStage(run);
+  for (int e = 1; e <= 8; ++e) EXPECT_EQ(run.GlobalBand(e, 1), stored(e, 1));
+}
+
+TEST(EigenStage, HandsABandToTheStaticSolutionThatChangesNoResult) {
+  Model model = HeldBeam(8, {{1, 1}, {1, 2}, {0, 2}});
+  model.flags.SolveFlag = 1;
+  Folder with, without;
+  with.Solve(model);
+  model.flags.EigenFlag = 0;
+  without.Solve(model);
+  EXPECT_EQ(with.Read(".RVP"), without.Read(".RVP"));
+  EXPECT_FALSE(without.Has(".EIG"));
+}
+
+TEST(EigenStage, StopsAtOnceAndLeavesTheControlFile) {
+  struct Case {
+    const char* name;
+    std::function<void(Model&)> change;
+    const char* missing;  // a file to remove
+    int error;            // shown with two boxes; 0 for a box with the equation alone
+    const char* box;
+  };
+  const auto same = [](Model&) {};
+  const Case cases[] = {
+      {"no mass on a supported freedom", [](Model& m) { m.cases[0].nodal[1].value = 0; }, "", 11,
+       "division by zero: node 1, direction y has no mass"},
+      {"no stiffness in the middle", [](Model& m) { std::erase_if(m.supports, [](auto& s) { return s.node == 3; }); },
+       "", 0, "6"},
+      {"no stiffness at the last equation", [](Model& m) { m.supports.pop_back(); }, "", 11, "division by zero"},
+      {"no load case", [](Model& m) { m.cases.clear(); }, "", 9, "load case 1"},
+      {"no nodal loads", same, ".KNK", 53, ".KNK"},
+      {"no load cases file", same, ".lcd", 53, ".lcd"},
+      {"a mass at no node", [](Model& m) { m.cases[0].nodal[2].node = 5; }, "", 9, "node of a load"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    Folder folder;
+    Model model = Chain(3);
+    c.change(model);
+    folder.Write(model);
+    folder.Write(".EIG", "of an earlier run");
+    if (*c.missing != 0) folder.Remove(c.missing);
+    RecordingDisplay display;
+    EXPECT_NE(folder.Run(display), 0);
+    EXPECT_TRUE(std::filesystem::exists(folder.Program("EEM.CTR")));
+    EXPECT_EQ(display.stages.back(), "Freq 1.0");
+    ASSERT_EQ(display.messages.size(), c.error == 0 ? 1u : 2u);
+    EXPECT_NE(display.messages[0].find(c.box), std::string::npos) << display.messages[0];
+    ASSERT_EQ(display.notices.size(), 1u);
+    if (c.error == 0) {
+      EXPECT_EQ(display.messages[0], c.box);
+    } else {
+      EXPECT_EQ(display.notices[0].number, c.error);
+      EXPECT_EQ(display.messages[1], std::to_string(display.notices[0].line));
+    }
+    // What fails behind the masses leaves the header of its own run.
+    if (c.error == 0 || c.error == 11) {
+      EXPECT_EQ(folder.Read(".EIG"), "1,4\n");
+    }
+  }
+}
+
+}  // namespace
+}  // namespace velmor::testing
