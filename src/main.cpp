@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <cstdio>
 
@@ -8,6 +11,9 @@
 #include "run/run_controller.hpp"
 
 int main() {
+  // Standard streams that are closed get a place to go, so that no file of the run takes their numbers.
+  while (::open("/dev/null", O_RDWR) <= STDERR_FILENO) {
+  }
   const std::string folder = velmor::ProgramFolder();
   const velmor::FolderLock lock(folder);
   if (!lock.IsHeld()) {
@@ -15,6 +21,7 @@ int main() {
     return velmor::exit_status::StartUp;
   }
   std::signal(SIGXFSZ, SIG_IGN);  // a file at its size limit fails to grow, as on a full disk, and the stage answers
+  std::signal(SIGPIPE, SIG_IGN);  // a run goes on when nobody reads its progress any more
   velmor::WatchSignals();
   velmor::ConsoleDisplay display;
   return velmor::RunProgram(display, folder);

@@ -28,9 +28,8 @@ bool SameWithoutCase(const std::string& a, const std::string& b) {
 
 [[noreturn]] void FailOpening(const std::string& path, int errorNumber, std::source_location where) {
   const bool missing = errorNumber == ENOENT || errorNumber == ENOTDIR;
-  const int number = missing ? error::FileNotFound : error::PathAccessError;
-  throw Failure(missing ? Cause::MissingFile : Cause::General, number, path + ": " + std::strerror(errorNumber), path,
-                where);
+  throw Failure(Cause::MissingFile, missing ? error::FileNotFound : error::PathAccessError,
+                path + ": " + std::strerror(errorNumber), path, where);
 }
 
 }  // namespace
@@ -56,6 +55,12 @@ std::int64_t FileSize(const std::string& path) {
   return ::stat(FindFile(path).c_str(), &status) == 0 ? static_cast<std::int64_t>(status.st_size) : -1;
 }
 
+FileStamp StampOf(const std::string& path) {
+  struct stat status {};
+  if (::stat(FindFile(path).c_str(), &status) != 0) return {};
+  return {status.st_ino, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
 std::string ProgramFolder() { return fs::read_symlink("/proc/self/exe").parent_path().string() + "/"; }
 
 FolderLock::FolderLock(const std::string& folder) {
@@ -68,12 +73,13 @@ FolderLock::~FolderLock() {
 }
 
 InputFile::InputFile(const std::string& path, std::source_location where) : path_(path) {
-  descriptor_ = ::open(FindFile(path).c_str(), O_RDONLY | O_CLOEXEC);
+  // Without O_NONBLOCK a pipe without a writer would hold the run for ever.
+  descriptor_ = ::open(FindFile(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (descriptor_ < 0) FailOpening(path_, errno, where);
   struct stat status {};
-  if (::fstat(descriptor_, &status) == 0 && S_ISDIR(status.st_mode)) {
+  if (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) {
     ::close(descriptor_);
-    FailOpening(path_, EISDIR, where);
+    FailOpening(path_, S_ISDIR(status.st_mode) ? EISDIR : EACCES, where);
   }
   size_ = static_cast<std::int64_t>(status.st_size);
 }
@@ -98,21 +104,39 @@ void InputFile::Read(void* to, std::size_t bytes) {
 }
 
 OutputFile::OutputFile(const std::string& path, Unfinished unfinished, std::source_location where)
-    : path_(FindFile(path)),
+    : spelled_(path),
+      path_(FindFile(path)),
       unfinished_(unfinished),
       where_(where),
       buffer_(std::make_unique_for_overwrite<char[]>(BufferSize)) {
   // A link is followed, so that the file it points at is replaced and the link stays.
   std::error_code ignored;
   if (fs::path target = fs::canonical(path_, ignored); !ignored) path_ = target.string();
-  const fs::file_status status = fs::status(path_, ignored);
-  if (fs::is_directory(status)) FailOpening(path, EISDIR, where);
-  if (!fs::exists(status) || fs::is_regular_file(status)) temporary_ = path_ + ".part";
-  const std::string& name = temporary_.empty() ? path_ : temporary_;
-  descriptor_ = ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  if (descriptor_ < 0) {
-    throw Failure(error::PathAccessError, path + " cannot be written: " + std::strerror(errno), where);
+  struct stat older {};
+  const bool exists = ::stat(path_.c_str(), &older) == 0;
+  if (exists && S_ISDIR(older.st_mode)) FailCreating(EISDIR);
+  if (exists && ::access(path_.c_str(), W_OK) != 0) FailCreating(errno);
+  if (!exists || S_ISREG(older.st_mode)) Create(path_ + ".part", exists ? older.st_mode & 07777 : 0666);
+  if (descriptor_ >= 0) {
+    temporary_ = path_ + ".part";
+    if (exists) ::fchmod(descriptor_, older.st_mode & 07777);
+    return;
   }
+  // A device, or a folder or name that leaves no room for another file: written in its place.
+  Create(path_, 0666);
+  if (descriptor_ < 0) FailCreating(errno);
+}
+
+void OutputFile::Create(const std::string& name, mode_t mode) {
+  descriptor_ = ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, mode);
+}
+
+void OutputFile::FailCreating(int errorNumber) const {
+  throw Failure(error::PathAccessError, spelled_ + " cannot be written: " + std::strerror(errorNumber), where_);
+}
+
+void OutputFile::RemoveOlder() {
+  if (!temporary_.empty()) ::unlink(path_.c_str());
 }
 
 OutputFile::~OutputFile() {
@@ -133,7 +157,7 @@ OutputFile::~OutputFile() {
 
 void OutputFile::FailWriting(std::source_location where) {
   failed_ = true;
-  throw Failure(error::ReadWriteError, path_ + " cannot be written: " + std::strerror(errno), where);
+  throw Failure(error::ReadWriteError, spelled_ + " cannot be written: " + std::strerror(errno), where);
 }
 
 void OutputFile::Write(const void* from, std::size_t bytes) {

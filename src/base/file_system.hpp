@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <memory>
 #include <source_location>
@@ -19,6 +21,14 @@ void DeleteFile(const std::string& path);
 /// Size in bytes of the file that `path` means, or -1 if there is none.
 std::int64_t FileSize(const std::string& path);
 
+/// What tells a file from the one that stood in its place before; all zero if there is none.
+struct FileStamp {
+  std::uint64_t inode = 0;
+  std::int64_t seconds = 0, nanoseconds = 0;
+  bool operator==(const FileStamp&) const = default;
+};
+FileStamp StampOf(const std::string& path);
+
 /// The folder that holds the running program, absolute, with a trailing '/'.
 std::string ProgramFolder();
 
@@ -36,8 +46,8 @@ class FolderLock {
   bool held_ = false;
 };
 
-/// A file opened for reading. Failure 53 if it is not there, 75 if it is there and cannot be opened (a folder,
-/// no permission), 57 if reading fails later.
+/// A regular file opened for reading. Failure (Cause::MissingFile) 53 if it is not there, 75 if it is there and cannot
+/// be opened (a folder, a pipe, no permission), 57 if reading fails later.
 class InputFile {
  public:
   explicit InputFile(const std::string& path, std::source_location where = std::source_location::current());
@@ -74,16 +84,21 @@ class OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
+  /// Removes the older file now, so that the disk need not hold both.
+  void RemoveOlder();
   void Write(const void* from, std::size_t bytes);
   /// Appends text through a buffer of the file's own.
   void Append(std::string_view text);
   void Close(std::source_location where = std::source_location::current());
 
  private:
+  void Create(const std::string& name, mode_t mode);
+  [[noreturn]] void FailCreating(int errorNumber) const;
   void Flush();
   [[noreturn]] void FailWriting(std::source_location where = std::source_location::current());
 
   static constexpr std::size_t BufferSize = std::size_t{1} << 18;
+  std::string spelled_;    // as the stage spells it, for messages
   std::string path_;       // where the file belongs
   std::string temporary_;  // where it grows; empty if it is written in place
   Unfinished unfinished_;

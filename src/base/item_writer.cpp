@@ -37,6 +37,9 @@ void ItemWriter::Item(double value) {
 }
 
 void ItemWriter::Item(std::string_view text) {
+  if (text.find('"') != text.npos) {
+    throw Failure(error::TypeMismatch, path_ + ": a string with a double quote cannot be written", where_);
+  }
   Separate();
   file_.Append("\"");
   file_.Append(text);

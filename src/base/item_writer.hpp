@@ -11,7 +11,7 @@ namespace velmor {
 /// Writes a text file: comma-separated items, strings in double quotes, one record to a line that ends with
 /// '\n'. A Double takes the shortest decimal form that reads back to the same value. Failure 75 if the file
 /// cannot be created, 57 if writing fails, 6 for a number that is infinite or none at all: no such value
-/// reaches a file.
+/// reaches a file; 13 for a string that holds a double quote.
 class ItemWriter {
  public:
   using Place = std::source_location;

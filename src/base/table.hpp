@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/failure.hpp"
+#include "base/memory.hpp"
 
 namespace velmor {
 
@@ -50,7 +51,7 @@ class GridOf {
  public:
   GridOf() = default;
   GridOf(int rows, int cols, T initial = T{}) try
-      : rows_(rows), cols_(cols), entries_((Count(rows)) * Count(cols), initial) {
+      : rows_(rows), cols_(cols), entries_(Affordable(Count(rows) * Count(cols)), initial) {
   } catch (const std::bad_alloc&) {
     throw Failure(error::OutOfMemory, "no memory for a table");
   }
@@ -67,6 +68,12 @@ class GridOf {
 
  private:
   static std::size_t Count(int bound) { return static_cast<std::size_t>(bound) + 1; }
+  /// Systems promise more memory than they have: what could never fit is refused before it is touched.
+  static std::size_t Affordable(std::size_t count) {
+    constexpr std::size_t small = std::size_t{1} << 26;
+    if (count > small && count > MemoryCeiling() / sizeof(T)) throw std::bad_alloc();
+    return count;
+  }
   std::size_t At(int i, int j) const {
     assert(0 <= i && i <= rows_ && 0 <= j && j <= cols_);
     return static_cast<std::size_t>(i) * Count(cols_) + static_cast<std::size_t>(j);

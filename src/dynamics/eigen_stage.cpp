@@ -172,8 +172,7 @@ void SolveEigenModes(Run& run) {
 }  // namespace
 
 void RunEigenStage(Run& run) {
-  run.form2.Label8.caption = "0 %";
-  BeginStage(run, "Freq 1.0");
+  BeginStage(run, "Freq 1.0", "0 %");
   if (const auto failure = Attempt([&] { SolveEigenModes(run); })) {
     run.display.MessageBox(failure->what());
     run.display.MessageBox(std::to_string(failure->line));

@@ -29,7 +29,7 @@ void AddLineMass(Run& run, ItemReader& dat, int type, MaterialMass& byMaterial) 
   const Material& material = LoadMaterial(run.materials, record.material);
   const double m = material.A * record.length * material.density / 2;
   AddElementMass(run, byMaterial, m, record.nodes, record.material, record.centre);
-  if (type != 7) return;
+  if (type != BeamType) return;
   const double rotary = record.length * record.length * m / 24;
   for (int node : record.nodes) {
     if (run.analysisCode == 2) AddRotaryMass(run.MassVector, run.sizes, rotary, node, 3);
@@ -38,7 +38,7 @@ void AddLineMass(Run& run, ItemReader& dat, int type, MaterialMass& byMaterial) 
 }
 
 void AddTriangleMass(Run& run, ItemReader& dat, int type, MaterialMass& byMaterial) {
-  if (type == 3) run.display.MessageBox("TRIMS ELEMENT IS NOT SUPPORTED");
+  if (type == TrimsType) run.display.MessageBox("TRIMS ELEMENT IS NOT SUPPORTED");
   const TriangleRecord record = ReadTriangleRecord(dat, type, run.sizes.NodeCount);
   const Material& material = LoadMaterial(run.materials, record.material);
   double m = material.A * record.area * material.density / 3;

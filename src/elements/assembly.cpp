@@ -1,6 +1,7 @@
 #include "elements/assembly.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "base/failure.hpp"
@@ -12,6 +13,15 @@ void SetElementNodes(Run& run, std::span<const int> nodes) {
   int position = 0;
   for (const int node : nodes) run.work.ElementNodes(++position) = node;
 }
+
+namespace {
+
+[[noreturn]] void FailBeyondNumbers(const Run& run) {
+  throw Failure(error::Overflow, "a stiffness of the element on node " + std::to_string(run.work.ElementNodes(1)) +
+                                     " is no finite number");
+}
+
+}  // namespace
 
 void ClearElementAxes(Run& run) { run.work.ElementAxes.Clear(); }
 
@@ -73,6 +83,7 @@ void AssembleElement(Run& run, int n) {
       double* const row = K.Row(std::min(e1, e2));
       const int d = std::abs(e2 - e1) + 1;
       row[d] += run.work.ElementBlock(r, c);
+      if (!std::isfinite(row[d])) FailBeyondNumbers(run);
       row[0] = std::max(row[0], static_cast<double>(d));
     }
   }

@@ -61,8 +61,8 @@ std::int64_t MatrixFileSize(int equationBound, int bandBound) {
 }
 
 void SaveMatrix(const BandMatrix& K, const std::string& path) {
-  DeleteFile(path);  // first, so that the disk need not hold the old matrix and the new one
   OutputFile file(path);
+  file.RemoveOlder();
   const std::size_t rows = static_cast<std::size_t>(K.EquationBound()) + 1;
   std::vector<double> turned(rows * StripWidth);
   for (int d = 0; d <= K.BandBound(); d += StripWidth) {

@@ -53,7 +53,7 @@ Materials ReadMaterials(const std::string& path, int limit, MaterialPart part, s
         file.Describe("number of materials") + " is " + std::to_string(count) + ", not in 0.." + std::to_string(limit),
         where);
   }
-  file.ExpectItems(count, 13, "materials", where);
+  file.ExpectItems(count, 12, "materials", where);
   Materials materials;
   for (int m = 1; m <= count; ++m) materials.MaterialTable.push_back(ReadMaterial(file));
   if (part == MaterialPart::FieldsAndSprings) {

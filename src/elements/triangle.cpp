@@ -34,7 +34,7 @@ Table<12, 12> TriangleStiffness(const Material& material, const TriangleSlopes& 
 }
 
 void Triangle(Run& run, ItemReader& dat, int type) {
-  if (type == 3) run.display.MessageBox("TRIMS ELEMENT IS NOT SUPPORTED");
+  if (type == TrimsType) run.display.MessageBox("TRIMS ELEMENT IS NOT SUPPORTED");
   const TriangleRecord record = ReadTriangleRecord(dat, type, run.sizes.NodeCount);
   Material material = LoadMaterial(run.materials, record.material);
   if (record.area == 0) return;

@@ -39,9 +39,31 @@ constexpr RecordForm RecordFormOf(int type) {
   }
 }
 
+/// Types that a stage treats in a way of their own.
+inline constexpr int BarType = 1;
+inline constexpr int TrimsType = 3;  // announced as unsupported, then a triangle like type 2
+inline constexpr int BeamType = 7;
 inline constexpr int GapType = 14;
+inline constexpr int TransverseBarType = 17;
 inline constexpr int DoubleTriangleType = 13;  // a quadrilateral made of four triangles
 inline constexpr int SuperElementType = 100;
+
+/// Nodes that the record of a type refers to.
+constexpr int NodesOfRecord(int type) {
+  switch (RecordFormOf(type)) {
+    case RecordForm::Line:
+      return 2;
+    case RecordForm::Triangle:
+      return type == DoubleTriangleType ? 4 : 3;
+    case RecordForm::Quadrilateral:
+      return 4;
+    case RecordForm::Spring:
+      return 1;
+    case RecordForm::None:
+      break;
+  }
+  return 0;
+}
 
 /// Reads ELTYP.DAT: the number of rows, then a name and a node count for each row from 0. Failure 53 if it is
 /// missing, 9 for a row beyond `lastRow` or a node count outside 0..4.

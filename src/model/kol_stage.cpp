@@ -33,7 +33,6 @@ void DimensionTables(ItemReader& tek, ModelTables& model) {
   model.nodeCoordinates = Grid(model.nodeCount, 3);
   model.elements = GridOf<int>(model.elementCount, MostNodesInElement);
   model.elementMaterial = ColumnOf<int>(model.elementCount);
-  model.elementState = Column(model.elementCount, 1.0);
   model.rotations = Column(model.elementCount);
 }
 
@@ -48,23 +47,6 @@ void ReadNodes(ItemReader& tek, ModelTables& model) {
   PassSuperElement(tek, run.model.nodeCount);
   run.display.MessageBox("SUPER ELEMENT IS NOT SUPPORTED");
   throw Failure(error::SubscriptOutOfRange, "element " + std::to_string(e) + " is a super element");
-}
-
-/// Nodes that the record of a type refers to.
-int NodesOfRecord(int type) {
-  switch (RecordFormOf(type)) {
-    case RecordForm::Line:
-      return 2;
-    case RecordForm::Triangle:
-      return type == DoubleTriangleType ? 4 : 3;
-    case RecordForm::Quadrilateral:
-      return 4;
-    case RecordForm::Spring:
-      return 1;
-    case RecordForm::None:
-      break;
-  }
-  return 0;
 }
 
 void ReadElement(Run& run, ItemReader& tek, int e, ElementCensus& census) {
@@ -192,7 +174,7 @@ void PrepareModel(Run& run) {
   if (!IsOn(run.flags.CompileStiffnessFlag) && !IsOn(run.flags.MassFlag)) return;
 
   run.form1.Frame1.caption = "Kol 2.1";
-  run.form1.Text2.visible = run.form1.Text3.visible = false;
+  HideFailure(run.form1);
   run.form1.Label6.caption = "Calculating Geometrical Element Properties";
   run.display.Refresh(run.form1);
   ReadNodes(tek, run.model);
@@ -218,8 +200,8 @@ bool ConstraintsExist(const Run& run) {
 }
 
 void ShowKolFailure(Run& run, const Failure& failure) {
-  run.form1.Label2.caption = "Error No.";
-  run.form1.Label3.caption = "Errorlijn";
+  run.form1.Label2 = {"Error No.", true};
+  run.form1.Label3 = {"Errorlijn", true};
   run.form1.Text2 = {std::to_string(failure.number), true};
   run.form1.Text3 = {std::to_string(failure.line), true};
   run.display.Refresh(run.form1);

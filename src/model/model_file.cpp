@@ -11,7 +11,8 @@ void ReadElementNodes(ItemReader& tek, ModelTables& model, int e, std::source_lo
 }
 
 void PassSuperElement(ItemReader& tek, int nodeCount, std::source_location where) {
-  tek.Skip(2, "name and number of a super element", where);
+  tek.Skip(1, "name of a super element", where);
+  tek.Whole("number of a super element", where);
   const int nodes = tek.Count("node count of a super element", where);
   tek.ExpectItems(nodes, 1, "nodes of a super element", where);
   for (int j = 1; j <= nodes; ++j) tek.Index("node of a super element", nodeCount, where);

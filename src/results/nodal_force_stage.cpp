@@ -1,5 +1,6 @@
 // The Nodal Force stage: stiffness times displacements less the loads, to NAME.KRT.
 
+#include <algorithm>
 #include <string>
 
 #include "base/item_writer.hpp"
@@ -29,7 +30,8 @@ Grid MultiplyByDisplacements(Run& run) {
   const int equations = run.sizes.EquationCount();
   for (int c = 1; c <= run.LoadCaseCount; ++c) {
     MultiplyBand(run.GlobalBand, run.LoadTable.RowStart(c), forces.RowStart(c), equations, [&](int row) {
-      run.form2.Label8.caption = Percent(row, equations);
+      run.form2.Label8.caption =
+          PercentText(static_cast<double>(row) / run.sizes.NodeCount / run.sizes.DofPerNode * 100);
       run.display.Refresh(run.form2);
     });
   }
@@ -66,12 +68,14 @@ void WriteNodalForces(Run& run, const Grid& forces) {
 }
 
 void ComputeNodalForces(Run& run) {
-  run.form2.Label8.caption = "0 %";
   TakeControlFile(run);
   OpenElementRecords(run);
-  run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
+  run.form2.Label7.caption = "Reading Stiffness Matrix from file";
   ShowMatrixSize(run, run.sizes.EquationBound());
-  ShowStatus(run, "Reading Stiffness Matrix from file");
+  if (run.LoadTable.Cols() != run.sizes.EquationBound()) {
+    throw Failure(error::SubscriptOutOfRange, "the displacements in memory do not fit " + run.File(".DAT"));
+  }
+  run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
   LoadMatrix(run.GlobalBand, run.File(".MAT"), run.sizes.EquationCount(), run.sizes.BandInput);
 
   ShowStatus(run, "Calculating Nodal Forces");
@@ -84,7 +88,7 @@ void ComputeNodalForces(Run& run) {
 }  // namespace
 
 void RunNodalForceStage(Run& run) {
-  BeginStage(run, "Nodal Force 1.0");
+  BeginStage(run, "Nodal Force 1.0", "0 %");
   if (const auto failure = Attempt([&] { ComputeNodalForces(run); })) {
     ShowFailure(run, *failure);
     run.display.MessageBox("PROCESS STOPPED");

@@ -12,8 +12,8 @@ void BeginStressStage(Run& run, const char* caption) {
 }
 
 void ShowStageError(Run& run, const Failure& failure) {
-  run.nsa.Label10.caption = "Error No.";
-  run.nsa.Label11.caption = "Error line";
+  run.nsa.Label10 = {"Error No.", true};
+  run.nsa.Label11 = {"Error line", true};
   run.nsa.Text2 = {std::to_string(failure.line), true};
   run.nsa.Text3 = {std::to_string(failure.number), true};
   run.display.Refresh(run.nsa);

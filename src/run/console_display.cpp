@@ -40,8 +40,9 @@ int WholeNumber(const std::string& text) {
 std::vector<std::string> ModelsIn(const std::string& folder) {
   std::vector<std::string> models;
   std::error_code ignored;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
-    if (LowerCase(entry.path().extension().string()) == ".tek") models.push_back(entry.path().string());
+  for (std::filesystem::directory_iterator entry(folder, ignored), end; !ignored && entry != end;
+       entry.increment(ignored)) {
+    if (LowerCase(entry->path().extension().string()) == ".tek") models.push_back(entry->path().string());
   }
   std::sort(models.begin(), models.end());
   return models;
@@ -97,6 +98,7 @@ void ConsoleDisplay::ShowProgress(const std::string& stage, const std::string& s
     lineOpen_ = true;
   } else {
     std::printf("%s\n", line.c_str());
+    std::fflush(stdout);
   }
 }
 
@@ -169,9 +171,11 @@ std::optional<std::string> ConsoleDisplay::OpenFile(const FileDialog& dialog) {
     if (const auto number = WholeNumber(choice); 1 <= number && number <= static_cast<int>(models.size())) {
       return models[static_cast<std::size_t>(number - 1)];
     }
-    if (std::filesystem::is_regular_file(FindFile(choice))) return choice;
-    if (!choice.empty() && !std::filesystem::is_directory(choice)) std::printf("There is no file %s\n", choice.c_str());
-    models = ModelsIn(std::filesystem::is_directory(choice) ? choice : ".");
+    std::error_code ignored;
+    if (std::filesystem::is_regular_file(FindFile(choice), ignored)) return choice;
+    const bool isFolder = std::filesystem::is_directory(choice, ignored);
+    if (!choice.empty() && !isFolder) std::printf("There is no file %s\n", choice.c_str());
+    models = ModelsIn(isFolder ? choice : ".");
     std::printf("%s\n", FilterName(dialog).c_str());
     for (std::size_t i = 0; i < models.size(); ++i) std::printf("%4zu  %s\n", i + 1, models[i].c_str());
     const auto answer = Ask("Number, path or folder (empty: none)?");

@@ -1,5 +1,7 @@
 #include "run/control_file.hpp"
 
+#include <algorithm>
+
 #include "base/failure.hpp"
 #include "base/item_reader.hpp"
 #include "base/item_writer.hpp"
@@ -12,6 +14,9 @@ ControlFile ReadControlFile(const std::string& programFolder, std::source_locati
     ItemReader file(path, where);
     ControlFile control;
     control.modelName = file.Text("model path", where);
+    if (std::any_of(control.modelName.begin(), control.modelName.end(), [](char c) { return 0 <= c && c < ' '; })) {
+      throw Failure(error::TypeMismatch, file.Describe("model path holds a control character"), where);
+    }
     control.flags.EigenFlag = file.Whole("Eigen flag", where);
     control.flags.MassFlag = file.Whole("Mass flag", where);
     control.analysisCode = file.Whole("analysis code", where);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <initializer_list>
+#include <vector>
 
 #include "base/file_system.hpp"
 #include "base/interruption.hpp"
@@ -42,25 +43,30 @@ void CleanUpStressResults(const Run& run) {
   }
 }
 
-/// Runs a stage, keeps its time, and notes which of the files that it writes are there now.
+/// Runs a stage, keeps its time, and notes which of its files it has written.
 void RunStage(Run& run, const char* name, void (*stage)(Run&), std::initializer_list<const char*> extensions) {
+  std::vector<FileStamp> before;
+  for (const char* extension : extensions) before.push_back(StampOf(run.File(extension)));
   const auto start = std::chrono::steady_clock::now();
   stage(run);
   const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
   run.report.stages.push_back({name, seconds.count()});
+  auto older = before.begin();
   for (const char* extension : extensions) {
-    if (FileSize(run.File(extension)) >= 0) run.report.files.push_back(FindFile(run.File(extension)));
+    const FileStamp stamp = StampOf(run.File(extension));
+    if (stamp != *older++ && stamp != FileStamp{}) run.report.files.push_back(FindFile(run.File(extension)));
   }
 }
 
 /// The load routine of the stress window, with which every complete run ends.
 [[noreturn]] void LoadNsa(Run& run) {
+  run.display.Refresh(run.nsa);
   CleanUpStressResults(run);
   const auto failure = Attempt([&] {
     ItemReader lcd(run.File(".lcd"));
     run.LoadCaseCount = ReadLoadCaseCount(lcd);
   });
-  if (failure) EndAfterFailure(run, *failure);
+  if (failure) EndAfterFailure(run, *failure, run.nsa.caption);
   if (IsOn(run.flags.LineStressFlag)) RunStage(run, "Line Element stress", RunLineStressStage, {".LES"});
   if (IsOn(run.flags.FEStressFlag)) {
     RunStage(run, "Nodal Stress", RunNodalStressStage, {".NSR", ".NSL"});
@@ -72,11 +78,11 @@ void RunStage(Run& run, const char* name, void (*stage)(Run&), std::initializer_
 /// The load routine of form2: the run sequence behind the Kol stage.
 [[noreturn]] void LoadForm2(Run& run) {
   run.form2.caption = Caption();
-  if (IsOn(run.flags.CompileStiffnessFlag)) RunStage(run, "EEM", RunStiffnessStage, {".MAT"});
+  if (IsOn(run.flags.CompileStiffnessFlag)) RunStage(run, "EEM", RunStiffnessStage, {".MAT", ".GPD"});
   if (IsOn(run.flags.MassFlag)) RunStage(run, "Mass", RunMassStage, {".MAS", ".EMS"});
   if (IsOn(run.flags.EigenFlag)) RunStage(run, "Freq", RunEigenStage, {".EIG"});
   if (run.gapFlag) {
-    RunStage(run, "Non-Linear", RunGapStage, {".GPD", ".RVP"});
+    RunStage(run, "Non-Linear", RunGapStage, {".RVP", ".GPD"});
   } else if (IsOn(run.flags.SolveFlag)) {
     RunStage(run, "Sys", RunSysStage, {".RVP"});
     RunStage(run, "Nodal Force", RunNodalForceStage, {".KRT"});
@@ -86,7 +92,7 @@ void RunStage(Run& run, const char* name, void (*stage)(Run&), std::initializer_
 
 /// The load routine of the main window; returns only where a person has to go on at the buttons.
 void LoadForm1(Run& run) {
-  run.form1.Text2.visible = run.form1.Text3.visible = false;
+  HideFailure(run.form1);
   StartUp(run);
   run.form1.caption = Caption();
   RunStage(run, "Kol", RunKolStage, {".DAT"});

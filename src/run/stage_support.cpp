@@ -26,10 +26,10 @@ ItemReader OpenElementRecords(Run& run, std::source_location where) {
   return dat;
 }
 
-void BeginStage(Run& run, const char* caption) {
+void BeginStage(Run& run, const char* caption, const char* percent) {
   run.form2.Frame1.caption = caption;
-  run.form2.Text5.visible = false;
-  run.form2.Text6.visible = false;
+  HideFailure(run.form2);
+  if (percent != nullptr) run.form2.Label8.caption = percent;
   ShowStatus(run, "Declaring working Space");
 }
 
@@ -47,14 +47,14 @@ void ShowMatrixSize(Run& run, int bound) {
 }
 
 void ShowFailure(Run& run, const Failure& failure) {
-  run.form2.Label5.caption = "Error No.";
-  run.form2.Label6.caption = "Error line";
+  run.form2.Label5 = {"Error No.", true};
+  run.form2.Label6 = {"Error line", true};
   run.form2.Text5 = {std::to_string(failure.number), true};
   run.form2.Text6 = {std::to_string(failure.line), true};
   run.display.Refresh(run.form2);
 }
 
-void EndAfterFailure(Run& run, const Failure& failure) {
+void EndAfterFailure(Run& run, const Failure& failure, const std::string& stage) {
   const auto tell = [&](std::initializer_list<std::string> messages) {
     for (const std::string& message : messages) run.display.MessageBox(message);
   };
@@ -82,9 +82,11 @@ void EndAfterFailure(Run& run, const Failure& failure) {
       tell({"CALCULATION STOPPED"});
       break;
   }
-  run.display.Explain(NoticeOf(run.form2.Frame1.caption, failure));
+  run.display.Explain(NoticeOf(stage, failure));
   EndProgram(run, ExitStatusOf(failure));
 }
+
+void EndAfterFailure(Run& run, const Failure& failure) { EndAfterFailure(run, failure, run.form2.Frame1.caption); }
 
 void EndProgram(Run& run, int status) {
   DeleteFile(run.programFolder + ControlFileName);

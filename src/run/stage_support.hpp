@@ -4,6 +4,7 @@
 #include <optional>
 #include <source_location>
 #include <stdexcept>
+#include <string>
 
 #include "base/failure.hpp"
 #include "base/item_reader.hpp"
@@ -22,8 +23,9 @@ ControlFile TakeControlFile(Run& run, std::source_location where = std::source_l
 /// Opens NAME.DAT and reads its head into run.sizes; the records follow.
 ItemReader OpenElementRecords(Run& run, std::source_location where = std::source_location::current());
 
-/// Begins a stage of form2: caption, status "Declaring working Space", error boxes hidden.
-void BeginStage(Run& run, const char* caption);
+/// Begins a stage of form2: caption, status "Declaring working Space", error boxes hidden; percent as given, or as the
+/// stage before left it.
+void BeginStage(Run& run, const char* caption, const char* percent = nullptr);
 void ShowStatus(Run& run, const char* status);
 
 /// Text2, Text3, Text4 of form2: number of equations, band width, and Int(bound / 1024 * BandBound * 4) " kB", a
@@ -49,7 +51,9 @@ std::optional<Failure> Attempt(Body body, std::source_location where = std::sour
 /// Shows number and line of a failure on form2.
 void ShowFailure(Run& run, const Failure& failure);
 
-/// The messages by which the EEM, Mass and Non-Linear stages answer a failure, then the end of program.
+/// The messages by which the EEM, Mass and Non-Linear stages answer a failure, then the end of program. `stage` is told
+/// beside the failure.
+[[noreturn]] void EndAfterFailure(Run& run, const Failure& failure, const std::string& stage);
 [[noreturn]] void EndAfterFailure(Run& run, const Failure& failure);
 
 /// The end of a process, thrown to the run controller.

@@ -63,7 +63,7 @@ struct MainWindow {
   TextBox Text4{"none"};                       // model path
   Label Label4{"Degrees of Freedom ="};        // beside Text5
   TextBox Text5;                               // dof per node
-  Label Label2, Label3;                        // beside Text2 and Text3, with their texts after a failure
+  Label Label2{"", false}, Label3{"", false};  // beside Text2 and Text3
   TextBox Text2{"", false}, Text3{"", false};  // error number and error line
   Button Command1{"Run", false}, Command2{"Options", false}, Command3{"Browse", false};
   FileDialog CMDialog1{"All Files (*.*)|*.*|FE Model (*.tek)|*.tek|Batch Files (*.bat)|*.bat", 2};
@@ -71,30 +71,45 @@ struct MainWindow {
 
 /// Progress window of the EEM, Mass, Freq, Sys, Nodal Force and Non-Linear stages.
 struct ProgressWindow {
+  static constexpr std::string_view EquationsText = " No. Equations";  // beside Text2
+  static constexpr std::string_view BandwidthText = "Bandwidth";       // beside Text3
+  static constexpr std::string_view MatrixSizeText = "Matrix Size";    // beside Text4
   std::string caption;
-  Label Frame1;                                // running stage, such as "EEM 3.1"
-  Label Label7;                                // status line
-  Label Label8;                                // progress
-  TextBox Text2, Text3, Text4;                 // beside " No. Equations", "Bandwidth", "Matrix Size"
-  Label Label5, Label6;                        // beside Text5 and Text6, with their texts after a failure
+  Label Frame1;  // running stage, such as "EEM 3.1"
+  Label Label7;  // status line
+  Label Label8;  // progress
+  TextBox Text2, Text3, Text4;
+  Label Label5{"", false}, Label6{"", false};  // beside Text5 and Text6
   TextBox Text5{"", false}, Text6{"", false};  // error number and error line
 };
 
 /// Progress window of the stress stages.
 struct StressWindow {
+  static constexpr std::string_view ElementStressesText = "Element Stresses";  // beside Label6
+  static constexpr std::string_view NodalStressesText = "Nodal Stresses";      // beside Label7
+  static constexpr std::string_view NodalAveragesText = "Nodal Averages";      // over Label8 and Label9
+  static constexpr std::string_view GroupText = "Group No:";                   // beside Label8
+  static constexpr std::string_view NodeText = "Node id:";                     // beside Label9
   std::string caption = "NSA 2.3";
   std::string frame = "Stress Calculation";
-  Label Frame1;                                // running stage, such as "Nodal Stress 2.1"
-  Label Label6;                                // beside "Element Stresses"
-  Label Label7;                                // beside "Nodal Stresses"
-  Label Label8, Label9;                        // beside "Group No:" and "Node id:", under "Nodal Averages"
-  Label Label10, Label11;                      // beside Text3 and Text2, with their texts after a failure
-  TextBox Text2{"", false}, Text3{"", false};  // error line and error number
+  Label Frame1;  // running stage, such as "Nodal Stress 2.1"
+  Label Label6, Label7, Label8, Label9;
+  Label Label10{"", false}, Label11{"", false};  // beside Text3 and Text2
+  TextBox Text2{"", false}, Text3{"", false};    // error line and error number
 };
 
-/// "50 %": the whole part of 100 times part by whole; "0 %" if there is nothing to do.
-inline std::string Percent(double part, double whole) {
-  return std::to_string(whole > 0 ? static_cast<int>(part / whole * 100) : 0) + " %";
+inline void HideFailure(MainWindow& window) {
+  window.Label2.visible = window.Label3.visible = window.Text2.visible = window.Text3.visible = false;
 }
+
+inline void HideFailure(ProgressWindow& window) {
+  window.Label5.visible = window.Label6.visible = window.Text5.visible = window.Text6.visible = false;
+}
+
+/// A whole number of percents as the windows show it: "50 %".
+inline std::string PercentText(double percent) { return std::to_string(static_cast<int>(percent)) + " %"; }
+
+/// "50 %": the whole part of 100 times part by whole; "0 %" if there is nothing to do.
+inline std::string Percent(double part, double whole) { return PercentText(whole > 0 ? part / whole * 100 : 0); }
 
 }  // namespace velmor

@@ -76,7 +76,7 @@ void LoadLine(LoadedElement& target, const ElementLoad& load) {
   RotateElementAxes(target);
   const Vector3 Q = LocalForce(load.direction, load.value * L);
   for (int end = 1; end <= 2; ++end) AddForce(target, target.Node(end), Q / 2);
-  if (target.run.model.elements(target.element, 0) == 7) AddEndMoments(target, Q, L);
+  if (target.run.model.elements(target.element, 0) == BeamType) AddEndMoments(target, Q, L);
 }
 
 /// A triangle on the element's nodes at three positions; `share` is the part of its load that counts.
@@ -110,29 +110,28 @@ void LoadQuadrilateral(LoadedElement& target, const ElementLoad& load) {
 
 }  // namespace
 
-void AddElementLoad(Run& run, int loadCase, const ElementLoad& load) {
+bool AddElementLoad(Run& run, int loadCase, const ElementLoad& load) {
   if (load.element < 0 || load.element > run.model.elementCount) {
     throw Failure(error::SubscriptOutOfRange, "element " + std::to_string(load.element) + " does not exist");
   }
   const int type = load.element == 0 ? 0 : run.model.elements(load.element, 0);
   const RecordForm form = type > 0 ? RecordFormOf(type) : RecordForm::None;
-  if (form == RecordForm::None || form == RecordForm::Spring || type == 17) return;
+  const bool hasDirection = load.direction == 1 || load.direction == 2 || load.direction == 3;
+  const bool takesLoad = form != RecordForm::None && form != RecordForm::Spring && type != TransverseBarType;
+  if (!hasDirection || !takesLoad) return false;
   if (loadCase > run.LoadTable.Rows()) {
     throw Failure(error::SubscriptOutOfRange, "there is no load case " + std::to_string(loadCase));
   }
   LoadedElement target{run, loadCase, load.element, {}};
-  switch (form) {
-    case RecordForm::Line:
-      if (type == GapType) run.gapFlag = true;
-      return LoadLine(target, load);
-    case RecordForm::Triangle:
-      return LoadTriangles(target, load);
-    case RecordForm::Quadrilateral:
-      return LoadQuadrilateral(target, load);
-    case RecordForm::Spring:
-    case RecordForm::None:
-      return;
+  if (form == RecordForm::Line) {
+    if (type == GapType) run.gapFlag = true;
+    LoadLine(target, load);
+  } else if (form == RecordForm::Triangle) {
+    LoadTriangles(target, load);
+  } else {
+    LoadQuadrilateral(target, load);
   }
+  return true;
 }
 
 }  // namespace velmor

@@ -24,13 +24,6 @@ ElementLoad ReadElementLoad(ItemReader& ell) {
   return load;
 }
 
-bool TakesNoLoad(const Run& run, const ElementLoad& load) {
-  if (load.direction != 1 && load.direction != 2 && load.direction != 3) return true;
-  const int type =
-      1 <= load.element && load.element <= run.model.elementCount ? run.model.elements(load.element, 0) : 0;
-  return type <= 0 || type == 16 || type == 17;
-}
-
 /// NAME.ell: one block per load case, in order, until the end of the file.
 void ReadElementLoads(Run& run) {
   ItemReader ell(run.File(".ell"));
@@ -41,11 +34,10 @@ void ReadElementLoads(Run& run) {
     for (int i = 1; i <= count; ++i) {
       const ElementLoad load = ReadElementLoad(ell);
       try {
-        AddElementLoad(run, loadCase, load);
+        if (!AddElementLoad(run, loadCase, load)) skipped.Note(ell, "load on element " + std::to_string(load.element));
       } catch (const Failure& failure) {
         throw Failure(failure.number, ell.Describe(failure.what()));
       }
-      if (TakesNoLoad(run, load)) skipped.Note(ell, "load on element " + std::to_string(load.element));
     }
   }
   skipped.Tell(run.display, "it adds nothing");
@@ -77,7 +69,7 @@ void AddBodyLoad(Run& run, int c) {
   const auto index = static_cast<std::size_t>(c);
   const auto& V = run.loadCases.LoadCaseValues[index];
   const bool withMasses = V[4] == 1;
-  if (withMasses && !run.MassVector.IsThere()) {
+  if (withMasses && run.MassVector.Size() != run.sizes.EquationBound()) {
     throw Failure(error::SubscriptOutOfRange,
                   run.File(".lcd") + ": load case " + std::to_string(c) + " needs the masses of the Mass stage");
   }

@@ -1,5 +1,8 @@
 #include "solve/nodal_loads.hpp"
 
+#include <algorithm>
+#include <cmath>
+
 #include "base/failure.hpp"
 #include "solve/supports.hpp"
 
@@ -14,10 +17,15 @@ int ReadNodalLoadCount(ItemReader& knk, std::source_location where) {
 NodalLoad ReadNodalLoad(ItemReader& knk, int analysisCode, int nodeCount, std::source_location where) {
   NodalLoad load;
   load.node = knk.Index("node of a load", nodeCount, where);
-  load.direction = FreedomOf(knk.Whole("direction of a nodal load", where), analysisCode);
-  if (load.direction < 1) {
+  const double direction = knk.Number("direction of a nodal load", where);
+  if (direction < 1) {
     throw Failure(error::SubscriptOutOfRange, knk.Describe("direction of a load is below 1"), where);
   }
+  constexpr double beyondAnyFreedom = 7;
+  if (direction < beyondAnyFreedom && direction != std::floor(direction)) {
+    throw Failure(error::TypeMismatch, knk.Describe("direction of a load is no whole number"), where);
+  }
+  load.direction = FreedomOf(static_cast<int>(std::min(direction, beyondAnyFreedom)), analysisCode);
   load.value = knk.Number("value of a nodal load", where);
   return load;
 }

@@ -17,7 +17,8 @@ struct NodalLoad {
 /// Reads the number of lines in the block of one load case.
 int ReadNodalLoadCount(ItemReader& knk, std::source_location where = std::source_location::current());
 
-/// Reads one line. Failure 9 for a node outside 1..nodeCount or a direction below 1.
+/// Reads one line. Failure 9 for a node outside 1..nodeCount or a direction below 1, 13 for a direction between
+/// two freedoms.
 NodalLoad ReadNodalLoad(ItemReader& knk, int analysisCode, int nodeCount,
                         std::source_location where = std::source_location::current());
 

@@ -27,10 +27,19 @@ void ReadLoadCaseTables(Run& run) {
 
 /// The band of an earlier run, where the EEM stage did not make one in this run.
 void LoadStoredBand(Run& run) {
+  run.form2.Label7.caption = "Reading Stiffness Matrix from file";
   ShowMatrixSize(run, run.sizes.EquationBound());
-  ShowStatus(run, "Reading Stiffness Matrix from file");
   run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
   LoadMatrix(run.GlobalBand, run.File(".MAT"), run.sizes.EquationCount(), run.sizes.BandInput);
+}
+
+/// The band in memory belongs to this model; only a control file that was changed during the run makes it another.
+void CheckBand(const Run& run) {
+  if (run.GlobalBand.EquationBound() == run.sizes.EquationBound() &&
+      run.GlobalBand.BandBound() == run.sizes.BandBound()) {
+    return;
+  }
+  throw Failure(error::SubscriptOutOfRange, "the stiffness matrix in memory does not fit " + run.File(".DAT"));
 }
 
 void ReportLoads(Run& run) {
@@ -85,8 +94,9 @@ void HoldLooseFreedoms(Run& run) {
 }
 
 [[noreturn]] void FailAtPivot(const Run& run, int equation) {
+  const char* const pivot = run.GlobalBand(equation, 1) == 0 ? " is zero: node " : " is not a number: node ";
   throw Failure(Cause::SingularBand, error::DivisionByZero,
-                "the pivot of equation " + std::to_string(equation) + " is zero: node " +
+                "the pivot of equation " + std::to_string(equation) + pivot +
                     std::to_string(run.sizes.NodeOfEquation(equation)) + " can move without resistance, direction " +
                     FreedomName(run.analysisCode, run.sizes.FreedomOfEquation(equation)),
                 {});
@@ -94,18 +104,21 @@ void HoldLooseFreedoms(Run& run) {
 
 void Solve(Run& run) {
   const int equations = run.sizes.EquationCount();
-  const auto show = [&](int part, int whole) {
-    run.form2.Label8.caption = Percent(part, whole);
+  const auto show = [&](double percent) {
+    run.form2.Label8.caption = PercentText(percent);
     run.display.Refresh(run.form2);
   };
   run.form2.Label8.caption = "Busy";
   ShowStatus(run, "Solving System Matrix");
+  const double steps = equations - 1.0;
   const int singular =
-      EliminateBand(run.GlobalBand, run.LoadTable, equations, [&](int row) { show(row, equations - 1); });
+      EliminateBand(run.GlobalBand, run.LoadTable, equations, [&](int row) { show(row / steps * 100); });
   if (singular != 0) FailAtPivot(run, singular);
   ShowStatus(run, "Back substituting");
-  BackSubstitute(run.GlobalBand, run.LoadTable, equations, run.sizes.BandInput,
-                 [&](int rows) { show(rows, equations); });
+  BackSubstitute(run.GlobalBand, run.LoadTable, equations, run.sizes.BandInput, [&](int rows) {
+    const double e = equations + 1.0 - rows;
+    show((1 + (1 - e) / run.sizes.DofPerNode / run.sizes.NodeCount) * 100);
+  });
 }
 
 /// NAME.RVP: node count and analysis code; per load case a line of displacements for each node, then "END".
@@ -123,11 +136,11 @@ void WriteDisplacements(const Run& run) {
 }
 
 void SolveStatics(Run& run) {
-  run.form2.Label8.caption = "0 %";
   TakeControlFile(run);
   OpenElementRecords(run);
   ReadLoadCaseTables(run);
   if (!IsOn(run.flags.CompileStiffnessFlag) && !run.gapFlag) LoadStoredBand(run);
+  CheckBand(run);
 
   ShowStatus(run, "Applying boundary Conditions");
   AssembleLoads(run);
@@ -147,7 +160,7 @@ void SolveStatics(Run& run) {
 }  // namespace
 
 void RunSysStage(Run& run) {
-  BeginStage(run, "Sys 2.4");
+  BeginStage(run, "Sys 2.4", "0 %");
   if (const auto failure = Attempt([&] { SolveStatics(run); })) {
     Failure answered = *failure;
     // The start of the run is not this stage's affair: a control file gone by now is a failure like any other.
