@@ -44,14 +44,20 @@ void TransformToGlobal(Run& run, int nodes, int localDof) {
   const auto& T = run.work.ElementAxes;
   const auto& K = run.work.ElementStiffness;
   const int f = run.sizes.DofPerNode, m = localDof;
+  Table<6, 6> KT;  // K T' of one pair of nodes: a third of the products of the triple sum
   for (int a = 1; a <= nodes; ++a) {
     for (int b = a; b <= nodes; ++b) {
+      for (int p = 1; p <= m; ++p) {
+        for (int j = 1; j <= f; ++j) {
+          double sum = 0;
+          for (int q = 1; q <= m; ++q) sum += K((a - 1) * m + p, (b - 1) * m + q) * T(j, q);
+          KT(p, j) = sum;
+        }
+      }
       for (int i = 1; i <= f; ++i) {
         for (int j = 1; j <= f; ++j) {
           double sum = 0;
-          for (int q = 1; q <= m; ++q) {
-            for (int p = 1; p <= m; ++p) sum += K((a - 1) * m + p, (b - 1) * m + q) * T(i, p) * T(j, q);
-          }
+          for (int p = 1; p <= m; ++p) sum += T(i, p) * KT(p, j);
           run.work.ElementBlock((a - 1) * f + i, (b - 1) * f + j) = sum;
         }
       }

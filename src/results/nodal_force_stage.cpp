@@ -15,7 +15,11 @@ namespace velmor {
 namespace {
 
 /// A number as print statements have it, a blank (or minus) before it and a blank after.
-std::string Printed(int value) { return (value < 0 ? "" : " ") + std::to_string(value) + " "; }
+std::string Printed(int value) {
+  std::string text = value < 0 ? "" : " ";
+  text += std::to_string(value);
+  return text += " ";
+}
 
 /// The same, padded with blanks to a print zone of 14 columns.
 std::string PrintZone(int value) {
