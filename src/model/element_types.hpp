@@ -39,6 +39,10 @@ constexpr RecordForm RecordFormOf(int type) {
   }
 }
 
+/// True for the shells: a plate, a membrane and the drilling stiffness, with rotations at their nodes.
+constexpr bool IsPlate(int type) { return type == 6 || (8 <= type && type <= 11); }
+
+inline constexpr int BeamType = 7;
 inline constexpr int GapType = 14;
 inline constexpr int DoubleTriangleType = 13;  // a quadrilateral made of four triangles
 inline constexpr int SuperElementType = 100;
