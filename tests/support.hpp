@@ -127,8 +127,9 @@ class Folder {
   void Write(const Model& model) const;
   /// Runs the program in this process; returns its exit status.
   int Run(RecordingDisplay& display) const;
-  /// Writes and runs a model that must run to its end without a message; fails the test otherwise.
-  void Solve(const Model& model) const;
+  /// Writes and runs a model that must run to its end without a message and without anything skipped or left out; fails
+  /// the test otherwise. Returns the warnings about the model itself, which a test may look at or leave.
+  std::vector<std::string> Solve(const Model& model) const;
 
   NodalValues Displacements() const;  // NAME.RVP
   NodalValues Reactions() const;      // NAME.KRT

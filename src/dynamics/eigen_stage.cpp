@@ -7,6 +7,7 @@
 #include "base/item_writer.hpp"
 #include "dynamics/eigen_solver.hpp"
 #include "run/failure_answer.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -53,7 +54,7 @@ Column AssembleMasses(Run& run, const std::vector<int>& loadCaseTypes) {
       }
     }
   }
-  skipped.Tell(run.display, "the model has no such freedom, the load is dropped");
+  skipped.Tell(run, "the model has no such freedom, the load is dropped");
   return MassDiagonal;
 }
 
@@ -68,7 +69,7 @@ void ForEachSupport(const Run& run, const std::vector<Support>& supports, Action
 std::vector<Support> ReadAllSupports(Run& run) {
   const std::string path = run.File(".VPL");
   std::vector<Support> supports = ReadSupports(path, run.analysisCode, run.sizes.NodeCount);
-  WarnOfSkippedSupports(run.display, path, supports, run.sizes.DofPerNode);
+  WarnOfSkippedSupports(run, path, supports);
   return supports;
 }
 
@@ -165,6 +166,7 @@ void SolveEigenModes(Run& run) {
   eig.Line(run.analysisCode, run.sizes.NodeCount);
   const std::vector<Support> supports = ReadAllSupports(run);
   const int free = run.sizes.EquationCount() - static_cast<int>(supports.size());
+  WarnOfUnequalMasses(run, MassDiagonal, supports);
   FindModes(run, std::min(MostModes, free), supports, MassDiagonal, eig);
   eig.Close();
 }

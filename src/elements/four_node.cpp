@@ -7,17 +7,16 @@
 #include "elements/shear_plate.hpp"
 #include "elements/table_plate.hpp"
 #include "model/element_records.hpp"
+#include "model/element_types.hpp"
 #include "run/run.hpp"
 
 namespace velmor {
 namespace {
 
-bool HasPlate(int type) { return type == 6 || (8 <= type && type <= 11); }
-
 /// The membrane of a type: that of a shell, or the type itself.
 int MembraneType(int type) {
   if (type == 9 || type == 10) return 5;
-  return HasPlate(type) ? 4 : type;
+  return IsPlate(type) ? 4 : type;
 }
 
 Table<12, 12> MembraneStiffness(int type, const Material& material, const MappingTerms& map) {
@@ -94,7 +93,7 @@ void FourNodeElement(Run& run, ItemReader& dat, int type) {
   if (record.map.a1 == 0 || record.map.b2 == 0) return;
 
   SetElementNodes(run, record.nodes);
-  if (HasPlate(type)) {
+  if (IsPlate(type)) {
     const Vector3 normal = Cross(record.ex, record.ey);
     AssemblePlate(run, record, material, normal);
     AssembleDrilling(run, normal);

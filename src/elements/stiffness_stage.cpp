@@ -8,6 +8,7 @@
 #include "elements/four_node.hpp"
 #include "elements/line_elements.hpp"
 #include "elements/triangle.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -83,6 +84,7 @@ void AssembleStiffness(Run& run) {
     DispatchElement(run, dat, type, gaps);
   }
   gaps.Close();
+  WarnOfStiffness(run);
 
   ShowStatus(run, "Saving Matrix");
   SaveMatrix(run.GlobalBand, run.File(".MAT"));

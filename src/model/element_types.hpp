@@ -39,6 +39,9 @@ constexpr RecordForm RecordFormOf(int type) {
   }
 }
 
+/// True for the shells: a plate, a membrane and the drilling stiffness, with rotations at their nodes.
+constexpr bool IsPlate(int type) { return type == 6 || (8 <= type && type <= 11); }
+
 /// Types that a stage treats in a way of their own.
 inline constexpr int BarType = 1;
 inline constexpr int TrimsType = 3;  // announced as unsupported, then a triangle like type 2

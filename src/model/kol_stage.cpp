@@ -12,6 +12,7 @@
 #include "model/element_types.hpp"
 #include "model/model_file.hpp"
 #include "run/failure_answer.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -193,6 +194,7 @@ void PrepareModel(Run& run) {
   WriteModelSizes(dat, sizes);
   WriteElements(run, dat);
   dat.Close();
+  WarnOfElements(run);
 }
 
 bool ConstraintsExist(const Run& run) {

@@ -28,6 +28,7 @@ struct RunReport {
   int gapPasses = 0;               // of the Non-Linear stage
   int gaps = 0, openGaps = 0;      // gap elements, and those whose last factor is 0
   std::vector<std::string> files;  // result files written, as paths
+  std::vector<std::string> warnings;
 };
 
 }  // namespace velmor

@@ -111,6 +111,7 @@ std::vector<std::string> Summary(const Run& run) {
   AddLoadCases(run, lines);
   AddDynamicsAndGaps(run.report, lines);
   AddFilesAndTimes(run.report, lines);
+  for (const std::string& warning : run.report.warnings) lines.push_back("Warning: " + warning);
   return lines;
 }
 

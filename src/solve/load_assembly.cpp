@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/item_reader.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "solve/element_loads.hpp"
@@ -28,6 +29,7 @@ ElementLoad ReadElementLoad(ItemReader& ell) {
 void ReadElementLoads(Run& run) {
   ItemReader ell(run.File(".ell"));
   SkippedLines skipped;
+  std::vector<LineOfLoad> lines;
   for (int loadCase = 1; !ell.AtEnd(); ++loadCase) {
     const int count = ell.Count("number of element loads");
     ell.ExpectItems(count, 3, "element loads");
@@ -38,9 +40,11 @@ void ReadElementLoads(Run& run) {
       } catch (const Failure& failure) {
         throw Failure(failure.number, ell.Describe(failure.what()));
       }
+      lines.push_back({loadCase, load.element, load.direction, load.value});
     }
   }
-  skipped.Tell(run.display, "it adds nothing");
+  skipped.Tell(run, "it adds nothing");
+  WarnOfUndividedBeams(run, lines);
 }
 
 /// Factors of the nodal freedoms x, y, z and the rotations about them under the acceleration of a load case; f(0)
@@ -114,10 +118,10 @@ void AssembleLoads(Run& run) {
   run.LoadTable.Fill(0);
   SkippedLines skipped;
   const auto failure = Attempt([&] { AssembleAll(run, skipped); });
-  skipped.Tell(run.display, "the model has no such freedom, the load is dropped");
+  skipped.Tell(run, "the model has no such freedom, the load is dropped");
   if (failure) {
-    run.display.Warning(std::string(failure->what()) + ": error " + std::to_string(failure->number) +
-                        " ends the load assembly, the loads behind it are left out");
+    Warn(run, std::string(failure->what()) + ": error " + std::to_string(failure->number) +
+                  " ends the load assembly, the loads behind it are left out");
   }
 }
 

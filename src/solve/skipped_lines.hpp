@@ -3,7 +3,7 @@
 #include <string>
 
 #include "base/item_reader.hpp"
-#include "run/display.hpp"
+#include "run/model_warnings.hpp"
 
 namespace velmor {
 
@@ -14,10 +14,10 @@ class SkippedLines {
     if (count_++ == 0) first_ = file.Describe(what);
   }
   /// One warning for all of them, if there are any.
-  void Tell(Display& display, const std::string& consequence) const {
+  void Tell(Run& run, const std::string& consequence) const {
     if (count_ == 0) return;
     const std::string more = count_ > 1 ? " (and " + std::to_string(count_ - 1) + " more)" : "";
-    display.Warning(first_ + more + ": " + consequence);
+    Warn(run, first_ + more + ": " + consequence);
   }
 
  private:

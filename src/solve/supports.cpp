@@ -4,6 +4,8 @@
 
 #include "base/failure.hpp"
 #include "base/item_reader.hpp"
+#include "run/model_warnings.hpp"
+#include "run/run.hpp"
 
 namespace velmor {
 
@@ -26,15 +28,14 @@ std::vector<Support> ReadSupports(const std::string& path, int analysisCode, int
   return supports;
 }
 
-void WarnOfSkippedSupports(Display& display, const std::string& path, const std::vector<Support>& supports,
-                           int dofPerNode) {
-  const auto isSkipped = [&](const Support& support) { return support.direction > dofPerNode; };
+void WarnOfSkippedSupports(Run& run, const std::string& path, const std::vector<Support>& supports) {
+  const auto isSkipped = [&](const Support& support) { return support.direction > run.sizes.DofPerNode; };
   const auto first = std::find_if(supports.begin(), supports.end(), isSkipped);
   if (first == supports.end()) return;
   const auto count = std::count_if(first, supports.end(), isSkipped);
   const std::string more = count > 1 ? " (and " + std::to_string(count - 1) + " more)" : "";
-  display.Warning(path + ": support of node " + std::to_string(first->node) + ", direction " +
-                  std::to_string(first->direction) + more + ": the model has no such freedom, it is skipped");
+  Warn(run, path + ": support of node " + std::to_string(first->node) + ", direction " +
+                std::to_string(first->direction) + more + ": the model has no such freedom, it is skipped");
 }
 
 }  // namespace velmor

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "run/display.hpp"
-
 namespace velmor {
+
+struct Run;
 
 /// A line of the constraint file: a prescribed displacement on a freedom of a node.
 struct Support {
@@ -24,7 +24,6 @@ std::vector<Support> ReadSupports(const std::string& path, int analysisCode, int
                                   std::source_location where = std::source_location::current());
 
 /// Warns of the supports whose freedom the model does not have: how many, and the first of them.
-void WarnOfSkippedSupports(Display& display, const std::string& path, const std::vector<Support>& supports,
-                           int dofPerNode);
+void WarnOfSkippedSupports(Run& run, const std::string& path, const std::vector<Support>& supports);
 
 }  // namespace velmor

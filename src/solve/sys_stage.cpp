@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/item_writer.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -74,7 +75,8 @@ void ReportDisplacements(Run& run) {
 void ApplySupports(Run& run) {
   const std::string path = run.File(".vpl");
   const auto supports = ReadSupports(path, run.analysisCode, run.sizes.NodeCount);
-  WarnOfSkippedSupports(run.display, path, supports, run.sizes.DofPerNode);
+  WarnOfSkippedSupports(run, path, supports);
+  WarnOfPrescribedDisplacements(run, supports);
   for (const Support& support : supports) {
     if (support.direction > run.sizes.DofPerNode) continue;
     if (run.LoadCaseCount < 1) throw Failure(error::SubscriptOutOfRange, "a support needs a load case");
@@ -146,6 +148,7 @@ void SolveStatics(Run& run) {
   AssembleLoads(run);
   ReportLoads(run);
   ApplySupports(run);
+  WarnOfLooseFreedoms(run, TinyPivot);
   HoldLooseFreedoms(run);
   ShowStatus(run, "Check Model");
 

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/table.hpp"
+
+namespace velmor {
+
+struct Run;
+struct Support;
+
+/// Tells a warning on the display and keeps it for the summary. The same text is told once in a run.
+void Warn(Run& run, const std::string& text);
+
+// Warnings before trust: where a model asks more of the elements and the solver than they can give. One line a kind,
+// with the count and the first element, node or freedom; every text begins with "model: ". They change no result.
+// The limits that they speak of are relative to the model unless the solver itself goes by an absolute number.
+
+/// Shapes that a type does not know, type 8 beside what does not fit its third freedom, bending types without
+/// rotations, nodes out of a plane model, nodes without an element. From the model tables, by the Kol stage.
+void WarnOfElements(Run& run);
+
+/// Thin elements of type 6, plane strain where a type does not carry it through, drilling stiffness and pivot limit
+/// against the stiffness of the model. By the EEM stage when GlobalBand is complete.
+void WarnOfStiffness(Run& run);
+
+/// A line of NAME.ell: a uniform load on an element along one of its local axes.
+struct LineOfLoad {
+  int loadCase = 0, element = 0;
+  double direction = 0, value = 0;
+};
+
+/// Beams that carry a uniform load across their axis in runs of too few elements. By the load assembly.
+void WarnOfUndividedBeams(Run& run, const std::vector<LineOfLoad>& loads);
+
+/// Prescribed displacements beside further load cases, which hold the freedom at zero. By the Sys stage.
+void WarnOfPrescribedDisplacements(Run& run, const std::vector<Support>& supports);
+
+/// Freedoms whose diagonal is not above `tinyPivot`, and loads on them. By the Sys stage before it holds them.
+void WarnOfLooseFreedoms(Run& run, double tinyPivot);
+
+/// Unequal masses of the freedoms that no support holds: MassDiagonal(e), e from 1. By the eigen stage.
+void WarnOfUnequalMasses(Run& run, const Column& MassDiagonal, const std::vector<Support>& supports);
+
+/// A gap after the first pass of the iteration: element record, elongation D, limit g.
+struct GapElongation {
+  int record = 0;
+  double D = 0, g = 0;
+};
+
+/// Gaps that the first pass presses together by more than their limit, which then stay open for good, and gaps that it
+/// pulls apart by more than their limit, whose factor grows. By the gap stage in its second pass.
+void WarnOfGaps(Run& run, const std::vector<GapElongation>& gaps);
+
+}  // namespace velmor
