@@ -57,13 +57,21 @@ double ModelExtent(const ModelTables& model) {
   return extent;
 }
 
-std::string Sums(const char* what, const std::array<double, 7>& sums, int analysisCode) {
+/// Sums of forces per direction; what is only the rounding of sums of the size `scale` shows as 0.
+std::string Sums(const char* what, const std::array<double, 7>& sums, double scale, int analysisCode) {
   std::string line = Format("  sum of %s:", what);
   const int translations = IsSpatial(analysisCode) ? 3 : 2;
   for (int k = 1; k <= translations; ++k) {
-    line += Format(" %s %.6g", FreedomName(analysisCode, k), sums[static_cast<std::size_t>(k)]);
+    const double sum = sums[static_cast<std::size_t>(k)];
+    line += Format(" %s %.6g", FreedomName(analysisCode, k), std::abs(sum) < 1e-9 * scale ? 0 : sum);
   }
   return line;
+}
+
+double LargestOf(const std::array<double, 7>& sums) {
+  double largest = 0;
+  for (double sum : sums) largest = std::max(largest, std::abs(sum));
+  return largest;
 }
 
 void AddLoadCases(const Run& run, std::vector<std::string>& lines) {
@@ -81,8 +89,9 @@ void AddLoadCases(const Run& run, std::vector<std::string>& lines) {
     if (extent > 0 && std::abs(figures.largest) > 10 * extent) {
       lines.push_back("  HUGE: more than ten times the model's size. Is it supported, and are its units right?");
     }
-    lines.push_back(Sums("loads", figures.applied, run.analysisCode));
-    if (run.report.hasReactions) lines.push_back(Sums("reactions", figures.reaction, run.analysisCode));
+    const double scale = std::max(LargestOf(figures.applied), LargestOf(figures.reaction));
+    lines.push_back(Sums("loads", figures.applied, scale, run.analysisCode));
+    if (run.report.hasReactions) lines.push_back(Sums("reactions", figures.reaction, scale, run.analysisCode));
   }
 }
 
