@@ -125,9 +125,7 @@ void ConsoleDisplay::Notice(const std::string& line) {
 
 void ConsoleDisplay::MessageBox(const std::string& text) { Notice(text); }
 
-void ConsoleDisplay::Warning(const std::string& text) {
-  if (warned_.insert(text).second) Notice("warning: " + text);
-}
+void ConsoleDisplay::Warning(const std::string& text) { Notice("warning: " + text); }
 
 void ConsoleDisplay::Explain(const FailureNotice& notice) {
   Notice(notice.stage + ": Error No. " + std::to_string(notice.number) + ", Error line " + std::to_string(notice.line));

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <set>
 #include <string>
 
 #include "run/display.hpp"
@@ -39,8 +38,7 @@ class ConsoleDisplay : public Display {
   bool lineOpen_ = false;
   std::string stage_, status_;  // as last shown
   std::chrono::steady_clock::time_point stageStart_{}, nextUpdate_{};
-  std::set<std::string> warned_;  // a warning is told once, however many stages meet its cause
-  std::string argument_;          // what stood behind a command
+  std::string argument_;  // what stood behind a command
 };
 
 }  // namespace velmor
