@@ -197,7 +197,7 @@ constexpr double MostExtraTwist = 1;          // of type 6: its twist is twice a
 constexpr double LargestDrilling = 1e-3;      // of the bending stiffness: above, the ground takes part of the moments
 constexpr double SmallestDrilling = 1e-12;    // below, it is lost in rounding where plates are inclined
 constexpr double SmallDiagonal = 1e-6;        // near the absolute limit under which a freedom counts as loose
-constexpr double RoundingOfDiagonal = 1e-20;  // of the largest diagonal: a right angle that is one but for rounding
+constexpr double RoundingOfDiagonal = 1e-15;  // of the largest diagonal: a right angle that is one but for rounding
 
 /// Extra twist of a type 6 plate in units of the true one. The stabilised deflection block stores for w = xi eta
 /// the energy G t k 4ab (1/a^2 + 1/b^2) / 2 with k = 1.3^2 / 3, the true twist stores G t^3 4ab / (3 2 (ab)^2).
@@ -316,6 +316,7 @@ void WarnOfStiffness(Run& run) {
 
 void WarnOfUndividedBeams(Run& run, const std::vector<LineOfLoad>& loads) {
   if (run.analysisCode != 2 && run.analysisCode != 3) return;  // no end moments
+  if (run.GapPass > 0) return;                                 // the first pass told it
   const std::vector<LoadedBeam> beams = LoadedBeamsOf(run, loads);
   const std::vector<std::size_t> runs = RunsOf(run.model, beams);
   std::vector<int> length(beams.size());
