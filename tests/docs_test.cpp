@@ -83,5 +83,18 @@ TEST(Docs, TheChainSwingsAsPrinted) {
   }
 }
 
+TEST(Docs, TheBarMeetsTheWallAsPrinted) {
+  Page page("input-files.md");
+  page.RunExample("wall");
+  std::filesystem::rename("wall.RVP", page.File(".RVP"));
+  EXPECT_NEAR(page.Displacements()(1, 2, 1), 1.5, 2e-4);
+  EXPECT_NEAR(page.Displacements()(1, 3, 1), 1.2, 2e-4);
+  std::filesystem::rename("wall.LES", page.File(".LES"));
+  const auto lines = page.Blocks(".LES").at(0);
+  EXPECT_NEAR(lines.at(0).at(4), 200, 0.02);
+  EXPECT_NEAR(lines.at(2).at(4), -40, 0.02);
+  EXPECT_NEAR(lines.at(4).at(4) * 250, -10000, 5);  // the gap itself
+}
+
 }  // namespace
 }  // namespace velmor::testing
