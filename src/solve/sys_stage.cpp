@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/item_writer.hpp"
+#include "nonlinear/gap_iteration.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -152,6 +153,7 @@ void SolveStatics(Run& run) {
   Solve(run);
 
   ShowStatus(run, "Writing Solution to file");
+  if (run.gapFlag && run.GapPass != 0) CompareDisplacements(run);
   WriteDisplacements(run);
   ReportDisplacements(run);
   run.GlobalBand = BandMatrix();
