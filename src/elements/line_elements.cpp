@@ -152,10 +152,10 @@ void NodalSpring(Run& run, ItemReader& dat, int type) {
   AddElement(run, 1, localDof);
 }
 
-void Gap(Run& run, ItemReader& dat, int type, ItemWriter& gapList) {
+LineRecord Gap(Run& run, ItemReader& dat, int type, GapList& gaps) {
   const LineRecord record = BeginLineElement(run, dat, type);
-  gapList.Line(record.nodes[0], record.nodes[1], record.cosines.x, record.cosines.y, record.cosines.z, record.length,
-               run.materials.active.A);
+  gaps.Add(record, run.materials.active);
+  return record;
 }
 
 }  // namespace velmor

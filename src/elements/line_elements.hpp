@@ -1,11 +1,12 @@
 #pragma once
 
 #include "base/item_reader.hpp"
-#include "base/item_writer.hpp"
 #include "base/table.hpp"
 #include "base/vector3.hpp"
+#include "elements/gap_list.hpp"
 #include "elements/materials.hpp"
 #include "model/element_geometry.hpp"
+#include "model/element_records.hpp"
 
 namespace velmor {
 
@@ -49,8 +50,8 @@ void Bar(Run& run, ItemReader& dat, int type);            // type 1
 void Beam(Run& run, ItemReader& dat, int type);           // type 7
 void TransverseBar(Run& run, ItemReader& dat, int type);  // type 17
 void NodalSpring(Run& run, ItemReader& dat, int type);    // type 16
-/// Type 14: no stiffness here; one line to the gap list NAME.GPD: nodes, cosines, length, section area.
-void Gap(Run& run, ItemReader& dat, int type, ItemWriter& gapList);
+/// Type 14: no stiffness; a line to the gap list. Returns the record, with which the gap iteration goes on.
+LineRecord Gap(Run& run, ItemReader& dat, int type, GapList& gaps);
 
 /// Assembles stiffness k along the record's axis, with the axes of a bar.
 void AssembleAxialPiece(Run& run, const Vector3& cosines, double k);

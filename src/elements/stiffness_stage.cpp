@@ -1,11 +1,10 @@
 // The EEM stage: element records and materials to GlobalBand and NAME.MAT.
 
-#include <optional>
 #include <string>
 
-#include "base/item_writer.hpp"
 #include "elements/assembly.hpp"
 #include "elements/four_node.hpp"
+#include "elements/gap_list.hpp"
 #include "elements/line_elements.hpp"
 #include "elements/triangle.hpp"
 #include "run/model_warnings.hpp"
@@ -15,23 +14,6 @@
 
 namespace velmor {
 namespace {
-
-/// NAME.GPD, created at the first gap element.
-class GapList {
- public:
-  explicit GapList(std::string path) : path_(std::move(path)) {}
-  ItemWriter& Open() {
-    if (!file_) file_.emplace(path_);
-    return *file_;
-  }
-  void Close() {
-    if (file_) file_->Close();
-  }
-
- private:
-  std::string path_;
-  std::optional<ItemWriter> file_;
-};
 
 /// Reads the rest of an element record and adds the element to GlobalBand. A new family is one line here.
 void DispatchElement(Run& run, ItemReader& dat, int type, GapList& gaps) {
@@ -54,7 +36,8 @@ void DispatchElement(Run& run, ItemReader& dat, int type, GapList& gaps) {
     case 7:
       return Beam(run, dat, type);
     case 14:
-      return Gap(run, dat, type, gaps.Open());
+      Gap(run, dat, type, gaps);
+      return;
     case 16:
       return NodalSpring(run, dat, type);
     case 17:

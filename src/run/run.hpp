@@ -27,6 +27,7 @@ struct RunState {
   bool stopFlag = false;            // the Kol stage gave up or found no control file
   bool gapFlag = false;             // the Kol stage met a gap: the Non-Linear stage solves
   int GapPass = 0;                  // set by the Non-Linear stage
+  double GapChange = 0;             // set by CompareDisplacements in the Sys stage, for the Non-Linear stage
   AnalysisFlags flags;              // from EEM.CTR by every stage; the Eigen flag by the EEM stage alone
   int twoDimensional = 0;           // 2-D option of the analysis options
 

@@ -26,7 +26,7 @@ struct RunReport {
   bool hasReactions = false;
   std::vector<double> periods;     // of the modes found, in seconds for consistent units
   int gapPasses = 0;               // of the Non-Linear stage
-  int gaps = 0, openGaps = 0;      // gap elements, and those whose last factor is 0
+  int gaps = 0, openGaps = 0;      // gap elements, and those short of their limit
   std::vector<std::string> files;  // result files written, as paths
   std::vector<std::string> warnings;
 };

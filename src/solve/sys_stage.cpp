@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/item_writer.hpp"
+#include "nonlinear/gap_iteration.hpp"
 #include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
@@ -155,6 +156,7 @@ void SolveStatics(Run& run) {
   Solve(run);
 
   ShowStatus(run, "Writing Solution to file");
+  if (run.gapFlag && run.GapPass != 0) CompareDisplacements(run);
   WriteDisplacements(run);
   ReportDisplacements(run);
   run.GlobalBand = BandMatrix();
