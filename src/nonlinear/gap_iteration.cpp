@@ -1,13 +1,12 @@
 #include "nonlinear/gap_iteration.hpp"
 
-#include <string>
-
 #include "elements/assembly.hpp"
 #include "elements/gap_list.hpp"
 #include "elements/line_elements.hpp"
 #include "model/element_records.hpp"
 #include "model/element_types.hpp"
 #include "results/displacements.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 
@@ -39,18 +38,6 @@ double AddGap(Run& run, ItemReader& dat, int record, GapList& gaps) {
 void PassOtherRecord(Run& run, ItemReader& dat, int type) {
   if (type == TrimsType) run.display.MessageBox("TRIMS ELEMENT IS NOT SUPPORTED");
   PassRecord(dat, type, run.sizes.NodeCount);
-}
-
-/// Tells of a gap whose state is none that a one-sided support can have.
-void WarnOfFalseState(Run& run, const LineRecord& gap, double shortening, double limit, double factor) {
-  const std::string name = "the gap between nodes " + std::to_string(gap.nodes[0]) + " and " +
-                           std::to_string(gap.nodes[1]) + " is shortened by " + std::to_string(shortening);
-  if (shortening > limit * (1 + LimitMargin)) {
-    run.display.Warning(name + ", beyond its limit " + std::to_string(limit) +
-                        ": the iteration has lost this support, the results are those of a model without it");
-  } else if (factor < 0 && shortening > limit * (1 - LimitMargin)) {
-    run.display.Warning(name + ", its limit, and pulls: the results are not those of a one-sided support");
-  }
 }
 
 }  // namespace
@@ -92,6 +79,7 @@ void GapStiffnessPass(Run& run) {
 
 void ReportGaps(Run& run) {
   ItemReader dat = OpenElementRecords(run);
+  Finding lost, pulling;
   for (int record = 1; record <= run.sizes.ElementCount; ++record) {
     const int type = dat.Whole("element type");
     if (type != GapType) {
@@ -102,9 +90,15 @@ void ReportGaps(Run& run) {
     const double limit = LoadMaterial(run.materials, gap.material).rotation;
     const double shortening = -Elongation(run, gap);
     ++run.report.gaps;
-    if (shortening < limit * (1 - LimitMargin)) ++run.report.openGaps;
-    WarnOfFalseState(run, gap, shortening, limit, run.model.State(record));
+    if (shortening < limit * (1 - LimitMargin)) {
+      ++run.report.openGaps;
+    } else if (shortening > limit * (1 + LimitMargin)) {
+      lost.Note(record);
+    } else if (run.model.State(record) < 0) {
+      pulling.Note(record);
+    }
   }
+  WarnOfGaps(run, lost, pulling);
 }
 
 void CompareDisplacements(Run& run) {

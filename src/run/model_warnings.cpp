@@ -19,14 +19,6 @@ namespace {
 constexpr double ShapeTolerance = 0.01;  // of a side, or as an angle in radians: half a degree
 constexpr double PlaneTolerance = 1e-6;  // of the model's largest coordinate: z in a plane model
 
-/// What was met of one kind: how many, and the first.
-struct Finding {
-  int count = 0, first = 0;
-  void Note(int which) {
-    if (count++ == 0) first = which;
-  }
-};
-
 /// "model: what: 3, first element 7: consequence".
 void Tell(Run& run, const std::string& what, int count, const std::string& first, const std::string& consequence) {
   if (count > 0) Warn(run, "model: " + what + ": " + std::to_string(count) + ", first " + first + ": " + consequence);
@@ -373,16 +365,11 @@ void WarnOfUnequalMasses(Run& run, const Column& MassDiagonal, const std::vector
                "periods are true only where every free freedom has the same mass");
 }
 
-void WarnOfGaps(Run& run, const std::vector<GapElongation>& gaps) {
-  Finding pressed, pulled;
-  for (const GapElongation& gap : gaps) {
-    if (-gap.D > gap.g) pressed.Note(gap.record);
-    if (gap.D > std::abs(gap.g)) pulled.Note(gap.record);
-  }
-  TellRecords(run, pressed, "gaps that the first pass presses together by more than their limit (field 6)",
-              "they open for good; give them more stiffness");
-  TellRecords(run, pulled, "gaps that the first pass pulls apart by more than their limit (field 6)",
-              "their factor is negative and grows, the iteration may not settle");
+void WarnOfGaps(Run& run, const Finding& lost, const Finding& pulling) {
+  TellRecords(run, lost, "gaps shortened beyond their limit (field 6)",
+              "the iteration has lost these supports, the results are those of a model without them");
+  TellRecords(run, pulling, "gaps that pull at their limit (field 6)",
+              "the results are not those of one-sided supports");
 }
 
 }  // namespace velmor

@@ -13,6 +13,14 @@ struct Support;
 /// Tells a warning on the display and keeps it for the summary. The same text is told once in a run.
 void Warn(Run& run, const std::string& text);
 
+/// What was met of one kind: how many, and the first.
+struct Finding {
+  int count = 0, first = 0;
+  void Note(int which) {
+    if (count++ == 0) first = which;
+  }
+};
+
 // Warnings before trust: where a model asks more of the elements and the solver than they can give. One line a kind,
 // with the count and the first element, node or freedom; every text begins with "model: ". They change no result.
 // The limits that they speak of are relative to the model unless the solver itself goes by an absolute number.
@@ -43,14 +51,8 @@ void WarnOfLooseFreedoms(Run& run, double tinyPivot);
 /// Unequal masses of the freedoms that no support holds: MassDiagonal(e), e from 1. By the eigen stage.
 void WarnOfUnequalMasses(Run& run, const Column& MassDiagonal, const std::vector<Support>& supports);
 
-/// A gap after the first pass of the iteration: element record, elongation D, limit g.
-struct GapElongation {
-  int record = 0;
-  double D = 0, g = 0;
-};
-
-/// Gaps that the first pass presses together by more than their limit, which then stay open for good, and gaps that it
-/// pulls apart by more than their limit, whose factor grows. By the gap stage in its second pass.
-void WarnOfGaps(Run& run, const std::vector<GapElongation>& gaps);
+/// Gaps that the iteration left where no one-sided support can be, by element records: shortened beyond their limit, or
+/// pulling at it. By the gap stage at its end.
+void WarnOfGaps(Run& run, const Finding& lost, const Finding& pulling);
 
 }  // namespace velmor
