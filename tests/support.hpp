@@ -125,11 +125,15 @@ class Folder {
 
   /// Writes the whole family of a model, EEM.CTR included.
   void Write(const Model& model) const;
+  /// Takes the file family of a model of examples/, EEM.CTR included.
+  void WriteExample(const std::string& name) const;
   /// Runs the program in this process; returns its exit status.
   int Run(RecordingDisplay& display) const;
   /// Writes and runs a model that must run to its end without a message and without anything skipped or left out; fails
   /// the test otherwise. Returns the warnings about the model itself, which a test may look at or leave.
   std::vector<std::string> Solve(const Model& model) const;
+  /// The same for a model whose files are written.
+  std::vector<std::string> Solve() const;
 
   NodalValues Displacements() const;  // NAME.RVP
   NodalValues Reactions() const;      // NAME.KRT
