@@ -125,12 +125,14 @@ class Folder {
 
   /// Writes the whole family of a model, EEM.CTR included.
   void Write(const Model& model) const;
+  /// Takes the file family of a model of examples/, EEM.CTR included.
+  void WriteExample(const std::string& name) const;
   /// Runs the program in this process; returns its exit status.
   int Run(RecordingDisplay& display) const;
   /// Runs the program on a model that must come to its end without a message and without anything skipped or left out;
   /// fails the test otherwise. Returns the warnings about the model itself, which a test may look at or leave.
-  std::vector<std::string> RunToEnd() const;
-  /// Writes a model and runs it to its end.
+  std::vector<std::string> Solve() const;
+  /// Writes a model first, then the same.
   std::vector<std::string> Solve(const Model& model) const;
 
   NodalValues Displacements() const;  // NAME.RVP

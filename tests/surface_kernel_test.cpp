@@ -148,6 +148,18 @@ TEST(Plates, NeedNoForceForARigidMotion) {
   }
 }
 
+TEST(Plates, OfType8SeeACurvatureInTheTiltOfACrookedElement) {
+  const Table<12, 12> K = PolynomialPlateStiffness(Steel, Crooked);
+  const auto force = [&](const Deflection& motion) {
+    return LargestForce(K, motion.On(NodesOf(Crooked), 1)) / K(2, 2);
+  };
+  EXPECT_LT(force(PlateMotions[0]), 1e-11);
+  for (const Deflection& tilt : {PlateMotions[1], PlateMotions[2]}) {
+    EXPECT_GT(force(tilt), 1e-3);
+    EXPECT_LT(force(tilt), 0.5);
+  }
+}
+
 TEST(Plates, StoreTheEnergyOfBendingStates) {
   const Deflection constant[] = {{"x^2", 0, 0, 0, 1}, {"y^2", 0, 0, 0, 0, 0, 1}, {"both", 1, 0, 2, 1, 0, -3}};
   const Deflection twisted[] = {{"xy", 0, 0, 0, 0, 1}, {"all", 1, 2, 3, 1, 2, 3}};

@@ -311,6 +311,45 @@ TEST(SurfaceElements, ShareATensionWithBarsAndBeamsInAnyDirection) {
   }
 }
 
+// ---- the examples, each run whole
+
+TEST(Examples, OfSurfacesHaveTheirFiguresCheckedByHand) {
+  const double g = static_cast<double>(9.81f);  // NAME.lcd holds single precision
+  const double b = 1.2, t = 0.012, L = 12, E = 2.1e11, I = b * b * b * t * 2 / 3;
+  enum Result { Displacement, Reaction, Total };
+  struct Figure {
+    Result result;
+    int loadCase, node, freedom;
+    double value, tolerance;  // relative
+  };
+  const std::pair<const char*, std::vector<Figure>> examples[] = {
+      {"deep-wall",
+       {{Reaction, 1, 239, 2, 180e3, 1e-9}, {Reaction, 2, 239, 2, 20.25 * 500 * g * (2.94 - 0.3) / 5.4, 1e-9}}},
+      {"floor-slab",
+       {{Total, 1, 0, 3, 241880 * g, 1e-9},
+        {Total, 2, 0, 3, 972e3, 1e-9},
+        {Displacement, 4, 1, 1, 0.325e-3, 0.02}}},  // frames with strips of a third of the bays
+      {"box-girder",
+       {{Displacement, 1, 481, 3, -1e5 * L / E * (L * L / 3 / I + 2.6 / (0.43551 * 4 * b * t)), 0.005},
+        {Displacement, 2, 481, 2, 1e5 * L * 2.6 / (E * b * b * b * t) * b / 2, 0.0005},
+        {Total, 3, 0, 3, 7850 * g * (4 * b * t * L + b * b * 0.02), 1e-9}}},
+  };
+  for (const auto& [name, figures] : examples) {
+    Folder folder;
+    folder.WriteExample(name);
+    folder.Solve();
+    const NodalValues u = folder.Displacements(), r = folder.Reactions();
+    for (const auto& [result, loadCase, node, freedom, value, tolerance] : figures) {
+      const double found =
+          result == Displacement ? u(loadCase, node, freedom)
+          : result == Reaction
+              ? r(loadCase, node, freedom)
+              : r.totals.at(static_cast<std::size_t>(loadCase - 1)).at(static_cast<std::size_t>(freedom - 1));
+      EXPECT_NEAR(found / value, 1, tolerance) << name << ", load case " << loadCase;
+    }
+  }
+}
+
 // ---- the stiffness stage on records written by hand
 
 /// A display under which a file disappears when the stiffness stage comes to its second record.

@@ -7,6 +7,7 @@
 #include "elements/gap_list.hpp"
 #include "elements/line_elements.hpp"
 #include "elements/triangle.hpp"
+#include "model/element_types.hpp"
 #include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
@@ -17,22 +18,12 @@ namespace {
 
 /// Reads the rest of an element record and adds the element to GlobalBand. A new family is one line here.
 void DispatchElement(Run& run, ItemReader& dat, int type, GapList& gaps) {
+  const RecordForm form = RecordFormOf(type);
+  if (form == RecordForm::Triangle) return Triangle(run, dat, type);
+  if (form == RecordForm::Quadrilateral) return FourNodeElement(run, dat, type);
   switch (type) {
     case 1:
       return Bar(run, dat, type);
-    case 2:
-    case 3:
-    case 13:
-      return Triangle(run, dat, type);
-    case 4:
-    case 5:
-    case 6:
-    case 8:
-    case 9:
-    case 10:
-    case 11:
-    case 12:
-      return FourNodeElement(run, dat, type);
     case 7:
       return Beam(run, dat, type);
     case 14:

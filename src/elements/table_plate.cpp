@@ -32,6 +32,7 @@ ItemReader OpenPlateTable(const std::string& path, std::source_location where) {
   try {
     return ItemReader(path, where);
   } catch (const Failure& failure) {
+    if (failure.number != error::FileNotFound && failure.number != error::PathAccessError) throw;
     throw Failure(Cause::NoPlateTable, failure.number, failure.what(), path, where);
   }
 }

@@ -22,8 +22,8 @@ struct PlateTable {
 };
 
 /// Reads PLAT.ELM of the program folder into the table, unless it is loaded, and marks it so: 144 numbers, row by row;
-/// what follows is not read. Failure 53 (Cause::NoPlateTable) if it cannot be opened, 62 if it is too short, 13 for an
-/// item that is no number.
+/// what follows is not read. Failure 53 or 75 (Cause::NoPlateTable) if it cannot be opened, 62 if it is too short, 13
+/// for an item that is no number.
 void LoadPlateTable(const std::string& programFolder, PlateTable& table,
                     std::source_location where = std::source_location::current());
 
