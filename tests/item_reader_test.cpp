@@ -149,6 +149,48 @@ TEST(ItemReader, FailsAtAFileThatIsMissingOrAFolder) {
   EXPECT_EQ(open(folder.Program()), error::PathAccessError);
 }
 
+// The file passes through a buffer of 64 kB: items of every kind fall on its edges, at another place with each shift.
+TEST(ItemReader, ReadsItemsThatLieAcrossTheEdgesOfItsBuffer) {
+  constexpr int rounds = 4000;
+  std::string body;
+  for (int i = 1; i <= rounds; ++i) {
+    const std::string number = std::to_string(i);
+    body += number + "," + number + ".0625 , \"name, " + number + "\"   " + number + "D-1\n\"END\",";
+  }
+  for (int shift = 0; shift < 40; ++shift) {
+    SCOPED_TRACE(shift);
+    const TextFile file(std::string(static_cast<std::size_t>(shift), ' ') + body + "x");
+    ItemReader reader(file.Path());
+    for (int pass = 1; pass <= 2; ++pass, reader.Rewind()) {
+      for (int i = 1; i <= rounds; ++i) {
+        ASSERT_EQ(reader.Whole("number"), i);
+        ASSERT_EQ(reader.Number("number"), i + 0.0625);
+        ASSERT_FALSE(reader.PassText("name"));
+        ASSERT_EQ(reader.Text("name"), "name, " + std::to_string(i));
+        ASSERT_DOUBLE_EQ(reader.Number("number"), i / 10.0);
+        ASSERT_FALSE(reader.AtEnd());
+        ASSERT_TRUE(reader.PassText("END"));
+      }
+      EXPECT_NE(reader.Describe("last").find("line " + std::to_string(rounds + 1) + ":"), std::string::npos);
+      EXPECT_THROW(reader.Number("last"), Failure);
+      EXPECT_TRUE(reader.AtEnd());
+    }
+  }
+}
+
+TEST(ItemReader, ReadsAnItemLongerThanItsBuffer) {
+  const std::string name(300'000, 'n');
+  const std::string zeros(100'000, '0');
+  const TextFile file("1,\"" + name + "\"," + zeros + "7 1." + zeros + "\n" + name);
+  ItemReader reader(file.Path());
+  EXPECT_EQ(reader.Whole("number"), 1);
+  EXPECT_EQ(reader.Text("name"), name);
+  EXPECT_EQ(reader.Whole("number"), 7);
+  EXPECT_EQ(reader.Number("number"), 1);
+  EXPECT_EQ(reader.Text("name"), name);
+  EXPECT_TRUE(reader.AtEnd());
+}
+
 TEST(ItemReader, RefusesACountThatTheFileCannotHold) {
   // Five items need five characters and four separators; what is left after the count is just that.
   const TextFile file("5\n1 2 3 4 5");

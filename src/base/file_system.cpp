@@ -84,7 +84,12 @@ InputFile::InputFile(const std::string& path, std::source_location where) : path
   size_ = static_cast<std::int64_t>(status.st_size);
 }
 
-InputFile::~InputFile() { ::close(descriptor_); }
+InputFile::~InputFile() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+InputFile::InputFile(InputFile&& other) noexcept
+    : path_(std::move(other.path_)), descriptor_(std::exchange(other.descriptor_, -1)), size_(other.size_) {}
 
 std::size_t InputFile::ReadSome(void* to, std::size_t bytes) {
   char* const target = static_cast<char*>(to);
@@ -101,6 +106,10 @@ std::size_t InputFile::ReadSome(void* to, std::size_t bytes) {
 
 void InputFile::Read(void* to, std::size_t bytes) {
   if (ReadSome(to, bytes) < bytes) throw Failure(error::InputPastEnd, path_ + ": the file is cut short");
+}
+
+void InputFile::Rewind() {
+  if (::lseek(descriptor_, 0, SEEK_SET) != 0) throw Failure(error::ReadWriteError, path_ + ": " + std::strerror(errno));
 }
 
 OutputFile::OutputFile(const std::string& path, Unfinished unfinished, std::source_location where)

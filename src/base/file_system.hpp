@@ -52,8 +52,8 @@ class InputFile {
  public:
   explicit InputFile(const std::string& path, std::source_location where = std::source_location::current());
   ~InputFile();
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
+  InputFile(InputFile&& other) noexcept;
+  InputFile& operator=(InputFile&&) = delete;
 
   const std::string& Path() const { return path_; }
   std::int64_t Size() const { return size_; }
@@ -61,6 +61,8 @@ class InputFile {
   void Read(void* to, std::size_t bytes);
   /// Up to `bytes` bytes from the current position; returns how many there were.
   std::size_t ReadSome(void* to, std::size_t bytes);
+  /// Back to the first byte; failure 57 if the file has no such place to go to, as a pipe.
+  void Rewind();
 
  private:
   std::string path_;

@@ -9,7 +9,6 @@
 #include <type_traits>
 
 #include "base/failure.hpp"
-#include "base/file_system.hpp"
 
 namespace velmor {
 namespace {
@@ -17,111 +16,155 @@ namespace {
 bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\r' || c == '\t'; }
 bool EndsItem(char c) { return c == ',' || IsBlank(c); }
 
-/// The text of a file; grows beyond the size that the system told, so that a pipe can be read as well.
-std::unique_ptr<char[]> ReadText(InputFile& file, std::size_t& length) {
-  std::size_t room = static_cast<std::size_t>(std::max<std::int64_t>(file.Size(), 0)) + 1;
-  length = 0;
-  std::unique_ptr<char[]> text;
+std::unique_ptr<char[]> MakeBuffer(std::size_t room) {
   try {
-    for (;;) {
-      auto larger = std::make_unique_for_overwrite<char[]>(room);
-      std::copy_n(text.get(), length, larger.get());
-      text = std::move(larger);
-      length += file.ReadSome(text.get() + length, room - length);
-      if (length < room) return text;
-      room *= 2;
-    }
+    return std::make_unique_for_overwrite<char[]>(room);
   } catch (const std::bad_alloc&) {
-    throw Failure(error::OutOfMemory, file.Path() + ": no memory for the file");
+    throw Failure(error::OutOfMemory, "no memory for an item of " + std::to_string(room) + " characters");
   }
 }
+
+/// Line ends in blocks so short that a byte holds the count of each, which lets the compiler take many characters at a
+/// time.
+std::int64_t CountLineEnds(const char* first, const char* last) {
+  constexpr std::ptrdiff_t blockSize = 128;
+  std::int64_t lines = 0;
+  while (first != last) {
+    const char* const stop = first + std::min(last - first, blockSize);
+    std::uint8_t inBlock = 0;
+    for (; first != stop; ++first) inBlock = static_cast<std::uint8_t>(inBlock + (*first == '\n'));
+    lines += inBlock;
+  }
+  return lines;
+}
+
+constexpr std::size_t BufferSize = std::size_t{1} << 16;
+
+/// More than any number takes that is written with some sense; a longer one is read the slow way.
+constexpr std::ptrdiff_t UsualNumberLength = 64;
 
 }  // namespace
 
-ItemReader::ItemReader(const std::string& path, Place where) : path_(path) {
-  InputFile file(path, where);
-  std::size_t length = 0;
-  text_ = ReadText(file, length);
-  at_ = item_ = text_.get();
-  end_ = at_ + length;
+ItemReader::ItemReader(const std::string& path, Place where)
+    : file_(path, where), room_(BufferSize), buffer_(MakeBuffer(BufferSize)) {
+  Start();
+}
+
+void ItemReader::Start() {
+  at_ = end_ = item_ = buffer_.get();
+  bytesRead_ = linesBefore_ = 0;
+  bufferHoldsRest_ = commaMayFollow_ = false;
+}
+
+void ItemReader::Rewind() {
+  file_.Rewind();
+  Start();
+}
+
+/// Brings more of the file into the buffer, behind what it holds from `keep` on, which moves to its start; what stands
+/// before `keep` is dropped. at_ moves along. False at the end of the file.
+bool ItemReader::ReadOn(const char* keep) {
+  if (bufferHoldsRest_) return false;
+  linesBefore_ += CountLineEnds(buffer_.get(), keep);
+  const std::ptrdiff_t kept = end_ - keep, passed = at_ - keep;
+  if (static_cast<std::size_t>(kept) == room_) {
+    room_ *= 2;
+    auto larger = MakeBuffer(room_);
+    std::copy(keep, end_, larger.get());
+    buffer_ = std::move(larger);
+  } else {
+    std::copy(keep, end_, buffer_.get());
+  }
+  char* const free = buffer_.get() + kept;
+  const std::size_t wanted = room_ - static_cast<std::size_t>(kept), got = file_.ReadSome(free, wanted);
+  at_ = buffer_.get() + passed;
+  end_ = free + got;
+  item_ = buffer_.get();
+  bytesRead_ += static_cast<std::int64_t>(got);
+  bufferHoldsRest_ = got < wanted;
+  return got > 0;
 }
 
 void ItemReader::SkipBlanks() {
-  while (at_ != end_ && IsBlank(*at_)) ++at_;
+  do {
+    while (at_ != end_ && IsBlank(*at_)) ++at_;
+  } while (at_ == end_ && ReadOn(at_));
 }
 
-/// Passes the one comma that may close an item, with the blanks before it.
-void ItemReader::EndItem() {
+/// Passes blanks, and the one comma among them that may close the item last read.
+void ItemReader::SkipSeparators() {
   SkipBlanks();
-  if (at_ != end_ && *at_ == ',') ++at_;
+  if (!commaMayFollow_ || at_ == end_ || *at_ != ',') return;
+  commaMayFollow_ = false;
+  ++at_;
+  SkipBlanks();
 }
 
 ItemReader::Token ItemReader::Next(std::string_view item, Place where) {
-  SkipBlanks();
+  SkipSeparators();
   item_ = at_;
   if (at_ == end_) throw Failure(error::InputPastEnd, Describe(item) + " is missing, the file ends", where);
-  Token token{at_, at_};
-  if (*at_ == '"') {
-    token.first = ++at_;
-    token.last = at_ = std::find(at_, end_, '"');
-    if (at_ == end_) throw Failure(error::InputPastEnd, Describe(item) + " has no closing quote", where);
-    ++at_;
-  } else {
-    token.last = at_ = std::find_if(at_, end_, EndsItem);
-  }
-  EndItem();
-  return token;
-}
-
-bool ItemReader::AtEnd() {
-  SkipBlanks();
-  return at_ == end_;
+  const bool quoted = *at_ == '"';
+  if (quoted) ++at_;
+  do {
+    at_ = quoted ? std::find(at_, end_, '"') : std::find_if(at_, end_, EndsItem);
+  } while (at_ == end_ && ReadOn(item_));
+  if (quoted && at_ == end_) throw Failure(error::InputPastEnd, Describe(item) + " has no closing quote", where);
+  commaMayFollow_ = true;
+  return quoted ? Token{item_ + 1, at_++} : Token{item_, at_};
 }
 
 bool ItemReader::PassText(std::string_view text) {
-  SkipBlanks();
-  const char* const start = at_;
+  SkipSeparators();
+  if (end_ - at_ < static_cast<std::ptrdiff_t>(text.size() + 3)) ReadOn(at_);  // the text, quotes, and what ends it
   const bool quoted = at_ != end_ && *at_ == '"';
-  if (quoted) ++at_;
-  const std::string_view rest(at_, static_cast<std::size_t>(end_ - at_));
-  const char* const stop = at_ + std::min(text.size(), rest.size());
+  const char* const first = quoted ? at_ + 1 : at_;
+  const std::string_view rest(first, static_cast<std::size_t>(end_ - first));
+  if (!rest.starts_with(text)) return false;
+  const char* const stop = first + text.size();
   const bool ends = quoted ? stop != end_ && *stop == '"' : stop == end_ || EndsItem(*stop);
-  if (!rest.starts_with(text) || !ends) {
-    at_ = start;
-    return false;
-  }
-  item_ = start;
+  if (!ends) return false;
+  item_ = at_;
   at_ = quoted ? stop + 1 : stop;
-  EndItem();
+  commaMayFollow_ = true;
   return true;
 }
 
+bool ItemReader::AtEnd() {
+  SkipSeparators();
+  return at_ == end_;
+}
+
 std::string ItemReader::Describe(std::string_view item) const {
-  const auto line = 1 + std::count(static_cast<const char*>(text_.get()), item_, '\n');
-  return path_ + ", line " + std::to_string(line) + ": " + std::string(item);
+  const auto line = 1 + linesBefore_ + CountLineEnds(buffer_.get(), item_);
+  return Path() + ", line " + std::to_string(line) + ": " + std::string(item);
 }
 
 void ItemReader::ExpectItems(long long count, long long items, std::string_view item, Place where) const {
-  const long long room = (end_ - at_ + 1) / 2;
+  const std::int64_t size = bufferHoldsRest_ ? bytesRead_ : file_.Size();
+  if (size < bytesRead_) return;
+  const long long room = (size - bytesRead_ + (end_ - at_) + 1) / 2;
   if (items > 0 && count > room / items) {
     throw Failure(
         error::InputPastEnd,
-        path_ + ": " + std::string(item) + ": the file is too short for " + std::to_string(count) + " of them", where);
+        Path() + ": " + std::string(item) + ": the file is too short for " + std::to_string(count) + " of them", where);
   }
 }
 
 /// The usual form of a number, read where it stands; anything else goes the slow way.
 template <typename T>
 T ItemReader::Parse(std::string_view item, Place where) {
-  SkipBlanks();
+  SkipSeparators();
+  if (end_ - at_ < UsualNumberLength) ReadOn(at_);
   T value{};
   const auto [stop, status] = std::from_chars(at_, end_, value);
-  bool plain = status == std::errc() && (stop == end_ || EndsItem(*stop));
+  const bool complete = stop == end_ ? bufferHoldsRest_ : EndsItem(*stop);
+  bool plain = status == std::errc() && complete;
   if constexpr (std::is_floating_point_v<T>) plain = plain && std::isfinite(value);
   if (!plain) return ParseSlowly<T>(item, where);
   item_ = at_;
   at_ = stop;
-  EndItem();
+  commaMayFollow_ = true;
   return value;
 }
 
