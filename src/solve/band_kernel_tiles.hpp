@@ -50,6 +50,7 @@ struct Tiles {
       _Pragma("GCC unroll 8")
       for (int v = 0; v < Strip; ++v) {
         const int column = C + v * Lanes;
+        __builtin_prefetch(tile.row[r] + Rows * (tile.work.step + 1) + column, 1);
         x[r][v] = Edge ? S::Load(tile.row[r] + column, tile.Own(r, column)) : S::Load(tile.row[r] + column);
       }
     }
@@ -103,12 +104,14 @@ struct Tiles {
     Subtract<Vectors>(x, f, entries);
   }
 
-  /// Lists the pivot rows from..to that have a multiplier other than zero for a row of the tile of equations J.., raises
-  /// these rows' ends and hands each listed one, with its multipliers and its entries in columns J.., to `visit`.
-  template <typename Visit>
-  [[gnu::always_inline]] static void ListPivots(const BandWork& work, PivotList& list, int J, int from, int to,
-                                                Visit visit) {
+  /// Lists the pivot rows from..to that have a multiplier other than zero for a row of the tile of equations J.. and
+  /// raises these rows' ends. WithSquare takes them off the square on the diagonal at the same time.
+  template <bool WithSquare>
+  static void ListPivots(const BandWork& work, PivotList& list, int J, int from, int to, Vector (&square)[Rows]) {
     Vector ends = S::Load(work.end + J);
+    Vector x[Rows];
+    _Pragma("GCC unroll 8")
+    for (int r = 0; r < Rows; ++r) x[r] = square[r];
     Pivot* pivot = list.pivots;
     double* f = list.multipliers;
     for (int i = from; i <= to; ++i) {
@@ -120,12 +123,17 @@ struct Tiles {
       if (!S::Any(nonZero)) continue;
       S::Store(f, S::Multiply(S::Set(work.reciprocal[i]), entries));
       ends = S::Max(ends, S::Set(end), nonZero);
-      visit(f, entries);
+      if (WithSquare) {
+        _Pragma("GCC unroll 8")
+        for (int r = 0; r < Rows; ++r) x[r] = S::SubtractProduct(x[r], S::Set(f[r]), entries);
+      }
       *pivot++ = {row, i, static_cast<int>(end), i + work.width};
       f += Lanes;
     }
     list.count = static_cast<int>(pivot - list.pivots);
     S::Store(work.end + J, ends);
+    _Pragma("GCC unroll 8")
+    for (int r = 0; r < Rows; ++r) square[r] = x[r];
   }
 
   /// Takes the listed pivots off the loads of Cases load cases, the rows of the tile as one vector.
@@ -250,11 +258,11 @@ struct Tiles {
     PivotList list{work.pivots, work.multipliers};
     Triangle triangle;
     Vector square[Rows];
-    for (int r = 0; r < Rows; ++r) square[r] = S::Load(tile.row[r] + J, tile.Own(r, J));
-    ListPivots(work, list, J, from, J - 1, [&](const double* f, Vector entries) {
-      _Pragma("GCC unroll 8")
-      for (int r = 0; r < Rows; ++r) square[r] = S::SubtractProduct(square[r], S::Set(f[r]), entries);
-    });
+    for (int r = 0; r < Rows; ++r) {
+      __builtin_prefetch(tile.row[r] + Rows * (work.step + 1) + J, 1);
+      square[r] = S::Load(tile.row[r] + J, tile.Own(r, J));
+    }
+    ListPivots<true>(work, list, J, from, J - 1, square);
     const int failed = EliminateSquare(tile, square, triangle);
     const int end = StoreHeights(tile);
     int k = 0;
@@ -301,10 +309,11 @@ struct Tiles {
       if (work.end[i] > end) end = static_cast<int>(work.end[i]);
     }
     int tiles = 0;
+    Vector none[Rows] = {};
     for (int J = first; J <= last; J += Rows, ++tiles) {
       PivotList& list = lists[tiles];
       list = {work.groupPivots + tiles * BandWork::BlockRows, work.groupMultipliers + tiles * BandWork::BlockRows * Rows};
-      ListPivots(work, list, J, from, to, [](const double*, Vector) {});
+      ListPivots<false>(work, list, J, from, to, none);
       for (int k = 0; k < list.count; ++k) list.pivots[k].row = work.strip + (list.pivots[k].equation - from) * Columns;
       ReduceAllLoads(work, list, J);
     }
