@@ -8,8 +8,8 @@ namespace velmor {
 struct Pivot {
   const double* row;  // row[j] is its entry in column j
   int equation;
-  int end;            // last column in use
-  int limit;          // first column beyond its place in memory
+  int end;    // last column in use
+  int limit;  // first column beyond its place in memory
 };
 
 /// What the kernels work on: plain pointers, since they are compiled for processors of their own (see
@@ -38,14 +38,16 @@ struct BandWork {
   double* strip;                        // BlockRows by 24
 
   // Work space of the back substitution.
-  double* window;   // the last unknowns: 2 windowRows by 8 per eight load cases
-  int windowRows;   // width + 8
+  double* window;  // the last unknowns: 2 windowRows by 8 per eight load cases
+  int windowRows;  // width + 8: as many as eight rows reach
 };
 
-/// The inner routines of the band solver for one kind of processor.
+/// The inner routines of the band solver for one kind of processor. What they do beyond the plain loops, and why, is
+/// told in band_kernel_tiles.hpp.
 struct BandKernel {
-  /// Eliminates rows first..last, given that the rows before are done; `first` is 1 or follows an earlier `last`, a
-  /// multiple of 8 unless it is the last equation. Returns 0 or the first equation whose pivot is zero or not a number.
+  int wideBand;  // from this width on, blocks of rows are faster than single tiles
+  /// Eliminates rows first..last, at most BlockRows, given that the rows before are done; first - 1 is a multiple of 8.
+  /// Returns 0 or the first equation whose pivot is zero or not a number.
   int (*eliminate)(const BandWork& work, int first, int last);
   /// Solves for unknowns first..last, given that those after are done. Rows go in eights from the last one up.
   void (*backSubstitute)(const BandWork& work, int first, int last);

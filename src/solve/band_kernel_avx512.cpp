@@ -36,6 +36,6 @@ struct Avx512 {
 
 }  // namespace
 
-constinit const BandKernel Avx512Kernel = MakeBandKernel<Avx512>();
+constinit const BandKernel Avx512Kernel = MakeBandKernel<Avx512>(1000);
 
 }  // namespace velmor

@@ -1,4 +1,35 @@
-// The band elimination in register tiles. This file is the body of band_kernel_avx2.cpp and band_kernel_avx512.cpp.
+// The band solver's inner loops in register tiles: the body of band_kernel_avx2.cpp and band_kernel_avx512.cpp.
+//
+// The plain elimination takes each pivot row off all rows below it, so every entry of the band is loaded and stored
+// once for every pivot. Here a tile of rows (as many as a vector has lanes) looks back instead: it collects its
+// multipliers of all earlier pivot rows that reach it, and a strip of three vectors by these rows stays in registers
+// while the pivot rows run by, one fused multiply-subtract for each entry and pivot, in the order of the pivots.
+// Earlier rows are only read. After them the tile eliminates within itself: the square on the diagonal gives the
+// multipliers, which are then applied to the strips on its right.
+//
+//               | square | strip  | strip  | strip  |       columns J.., J + Rows.., ...
+//     pivot i   ......xxxxxxxxxxxxxxxxxxxxx.........       its entries in the square's columns, divided by its pivot,
+//     pivot i+1   ......xxxxxxxxxxxxxxxxxxxxx.......       are the multipliers of the tile's rows
+//     tile       \xxxxxxxxxxxxxxxxxxxxxxxxxxxxxx...
+//                  \xxxxxxxxxxxxxxxxxxxxxxxxxxxxxx..
+//
+// - Only pivots with a multiplier other than zero in the tile are listed, and a strip begins with the first one that
+//   reaches it. Zeros within a tile are multiplied; that changes no number.
+// - Whether an entry is zero is seen while the list is made, so the rows' ends grow there, row by row, by the rule of
+// the
+//   plain loop.
+// - Pivots that end within the first or second vector of a strip leave the others alone. Loads and stores where a row's
+//   room in memory begins or ends within a vector are masked: what stands beside a row is neither read nor written.
+// - The next tile is fetched ahead (10 to 40 % up to width 120).
+// - In wide bands the pivot rows that a tile reads no longer stay in the cache. There a block of 96 rows takes earlier
+//   pivots in groups of 96, of which a strip at a time is copied and serves all tiles of the block; only pivots within
+//   the block are left to the tiles (twice the speed at width 2400, a loss below the limits that the kernels name).
+//
+// These two files are compiled for other processors than the rest. So nothing here may come from a header with inline
+// functions of external linkage (the linker would be free to use this copy of them everywhere), and all of it stands in
+// an unnamed namespace.
+// Literature for tiles and packed strips: Goto, van de Geijn, Anatomy of High-Performance Matrix Multiplication, ACM
+// Transactions on Mathematical Software 34 (2008).
 #pragma once
 
 #include "solve/band_kernel.hpp"
@@ -38,6 +69,8 @@ struct Tiles {
     typename S::Mask Own(int r, int C) const {
       return S::And(S::From(first + r - C), S::First(first + r + work.width - C));
     }
+    /// From an entry to the one of the next tile that stands as far from the diagonal.
+    std::ptrdiff_t Ahead() const { return Rows * (work.step + 1); }
     /// Whether all rows have all columns from C on to the end of a strip.
     bool Holds(int C) const { return C >= first + Rows - 1 && C + Columns <= first + work.width; }
   };
@@ -45,12 +78,12 @@ struct Tiles {
   /// The entries of a tile from column C on, in registers. With Edge the rows may begin or end within it.
   template <bool Edge>
   [[gnu::always_inline]] static void LoadStrip(const RowTile& tile, int C, Vector (&x)[Rows][Strip]) {
-    _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
     for (int r = 0; r < Rows; ++r) {
-      _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
       for (int v = 0; v < Strip; ++v) {
         const int column = C + v * Lanes;
-        __builtin_prefetch(tile.row[r] + Rows * (tile.work.step + 1) + column, 1);
+        __builtin_prefetch(tile.row[r] + column + tile.Ahead(), 1);
         x[r][v] = Edge ? S::Load(tile.row[r] + column, tile.Own(r, column)) : S::Load(tile.row[r] + column);
       }
     }
@@ -58,9 +91,9 @@ struct Tiles {
 
   template <bool Edge>
   [[gnu::always_inline]] static void StoreStrip(const RowTile& tile, int C, const Vector (&x)[Rows][Strip]) {
-    _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
     for (int r = 0; r < Rows; ++r) {
-      _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
       for (int v = 0; v < Strip; ++v) {
         const int column = C + v * Lanes;
         if (Edge) {
@@ -72,36 +105,22 @@ struct Tiles {
     }
   }
 
-  /// Takes f times the entries of a pivot row off the first vectors of a tile.
-  template <int Vectors>
-  [[gnu::always_inline]] static void Subtract(Vector (&x)[Rows][Strip], const double* f,
-                                              const Vector (&entries)[Vectors]) {
-    _Pragma("GCC unroll 8")
+  /// Takes f times the pivot row at `place` off the first vectors of a tile. With Edge the row's room in memory, so
+  /// many numbers from `place`, may end within the last of these vectors.
+  template <int Vectors, bool Edge>
+  [[gnu::always_inline]] static void Subtract(Vector (&x)[Rows][Strip], const double* f, const double* place,
+                                              int room = Columns) {
+    constexpr int last = (Vectors - 1) * Lanes;
+    Vector entries[Vectors];
+#pragma GCC unroll 8
+    for (int v = 0; v < Vectors - 1; ++v) entries[v] = S::Load(place + v * Lanes);
+    entries[Vectors - 1] = Edge ? S::Load(place + last, S::First(room - last)) : S::Load(place + last);
+#pragma GCC unroll 8
     for (int r = 0; r < Rows; ++r) {
       const Vector multiplier = S::Set(f[r]);
-      _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
       for (int v = 0; v < Vectors; ++v) x[r][v] = S::SubtractProduct(x[r][v], multiplier, entries[v]);
     }
-  }
-
-  template <int Vectors>
-  [[gnu::always_inline]] static void SubtractPivot(Vector (&x)[Rows][Strip], const double* f, const double* place) {
-    Vector entries[Vectors];
-    _Pragma("GCC unroll 8")
-    for (int v = 0; v < Vectors; ++v) entries[v] = S::Load(place + v * Lanes);
-    Subtract<Vectors>(x, f, entries);
-  }
-
-  /// The same for a pivot row whose place in memory may end within the last of the vectors, `room` numbers from `place`.
-  template <int Vectors>
-  [[gnu::always_inline]] static void SubtractPivotEnd(Vector (&x)[Rows][Strip], const double* f, const double* place,
-                                                      int room) {
-    constexpr int last = Vectors - 1;
-    Vector entries[Vectors];
-    _Pragma("GCC unroll 8")
-    for (int v = 0; v < last; ++v) entries[v] = S::Load(place + v * Lanes);
-    entries[last] = S::Load(place + last * Lanes, S::First(room - last * Lanes));
-    Subtract<Vectors>(x, f, entries);
   }
 
   /// Lists the pivot rows from..to that have a multiplier other than zero for a row of the tile of equations J.. and
@@ -110,7 +129,7 @@ struct Tiles {
   static void ListPivots(const BandWork& work, PivotList& list, int J, int from, int to, Vector (&square)[Rows]) {
     Vector ends = S::Load(work.end + J);
     Vector x[Rows];
-    _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
     for (int r = 0; r < Rows; ++r) x[r] = square[r];
     Pivot* pivot = list.pivots;
     double* f = list.multipliers;
@@ -124,7 +143,7 @@ struct Tiles {
       S::Store(f, S::Multiply(S::Set(work.reciprocal[i]), entries));
       ends = S::Max(ends, S::Set(end), nonZero);
       if (WithSquare) {
-        _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
         for (int r = 0; r < Rows; ++r) x[r] = S::SubtractProduct(x[r], S::Set(f[r]), entries);
       }
       *pivot++ = {row, i, static_cast<int>(end), i + work.width};
@@ -132,7 +151,7 @@ struct Tiles {
     }
     list.count = static_cast<int>(pivot - list.pivots);
     S::Store(work.end + J, ends);
-    _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
     for (int r = 0; r < Rows; ++r) square[r] = x[r];
   }
 
@@ -211,27 +230,26 @@ struct Tiles {
     const Pivot* const pivots = list.pivots;
     const double* const f = list.multipliers;
     const int count = list.count;
-     
     Vector x[Rows][Strip];
     LoadStrip<Edge>(tile, C, x);
     for (; k < count && pivots[k].end < C + Lanes; ++k) {
-      SubtractPivotEnd<1>(x, f + k * Lanes, pivots[k].row + C, pivots[k].limit - C);
+      Subtract<1, true>(x, f + k * Rows, pivots[k].row + C, pivots[k].limit - C);
     }
     for (; k < count && pivots[k].end < C + 2 * Lanes; ++k) {
-      SubtractPivotEnd<2>(x, f + k * Lanes, pivots[k].row + C, pivots[k].limit - C);
+      Subtract<2, true>(x, f + k * Rows, pivots[k].row + C, pivots[k].limit - C);
     }
     for (; k < count && pivots[k].limit < C + Columns; ++k) {
-      SubtractPivotEnd<3>(x, f + k * Lanes, pivots[k].row + C, pivots[k].limit - C);
+      Subtract<3, true>(x, f + k * Rows, pivots[k].row + C, pivots[k].limit - C);
     }
-    if (!Edge) {
-      for (; k < count; ++k) SubtractPivot<Strip>(x, f + k * Lanes, pivots[k].row + C);
+    if (!Edge) {  // else the tile's first row has no more room than the pivots above it
+      for (; k < count; ++k) Subtract<3, false>(x, f + k * Rows, pivots[k].row + C);
     }
-    _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
     for (int r = 0; r < Rows; ++r) {
-      _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
       for (int s = r + 1; s < Rows; ++s) {
         const Vector multiplier = S::Set(triangle[r][s]);
-        _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
         for (int v = 0; v < Strip; ++v) x[s][v] = S::SubtractProduct(x[s][v], multiplier, x[r][v]);
       }
     }
@@ -259,7 +277,7 @@ struct Tiles {
     Triangle triangle;
     Vector square[Rows];
     for (int r = 0; r < Rows; ++r) {
-      __builtin_prefetch(tile.row[r] + Rows * (work.step + 1) + J, 1);
+      __builtin_prefetch(tile.row[r] + J + tile.Ahead(), 1);
       square[r] = S::Load(tile.row[r] + J, tile.Own(r, J));
     }
     ListPivots<true>(work, list, J, from, J - 1, square);
@@ -285,10 +303,11 @@ struct Tiles {
   static void CopyStrip(const BandWork& work, int from, int to, int C, double* copy) {
     for (int i = from; i <= to; ++i, copy += Columns) {
       const double* const row = work.band + i * work.step;
-      _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
       for (int v = 0; v < Strip; ++v) {
         const int column = C + v * Lanes;
         S::Store(copy + v * Lanes, S::Load(row + column, S::First(i + work.width - column)));
+        __builtin_prefetch(row + column + Columns);
       }
     }
   }
@@ -297,7 +316,7 @@ struct Tiles {
   static void SubtractGroup(const RowTile& tile, const PivotList& list, int k, int C) {
     Vector x[Rows][Strip];
     LoadStrip<Edge>(tile, C, x);
-    for (; k < list.count; ++k) SubtractPivot<Strip>(x, list.multipliers + k * Lanes, list.pivots[k].row);
+    for (; k < list.count; ++k) Subtract<3, false>(x, list.multipliers + k * Rows, list.pivots[k].row);
     StoreStrip<Edge>(tile, C, x);
   }
 
@@ -312,7 +331,8 @@ struct Tiles {
     Vector none[Rows] = {};
     for (int J = first; J <= last; J += Rows, ++tiles) {
       PivotList& list = lists[tiles];
-      list = {work.groupPivots + tiles * BandWork::BlockRows, work.groupMultipliers + tiles * BandWork::BlockRows * Rows};
+      list = {work.groupPivots + tiles * BandWork::BlockRows,
+              work.groupMultipliers + tiles * BandWork::BlockRows * Rows};
       ListPivots<false>(work, list, J, from, to, none);
       for (int k = 0; k < list.count; ++k) list.pivots[k].row = work.strip + (list.pivots[k].equation - from) * Columns;
       ReduceAllLoads(work, list, J);
@@ -382,12 +402,12 @@ struct Tiles {
       }
       for (int j = common; j >= J + Count; --j) {
         const Vector unknown = S::Load(later + (j - J) * Lanes);
-        _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
         for (int r = 0; r < Count; ++r) x[r] = S::SubtractProduct(x[r], S::Set(row[r][j]), unknown);
       }
-      _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
       for (int r = Count - 1; r >= 0; --r) {
-        _Pragma("GCC unroll 8")
+#pragma GCC unroll 8
         for (int s = Count - 1; s > r; --s) {
           if (J + s <= end[r]) x[r] = S::SubtractProduct(x[r], S::Set(row[r][J + s]), x[s]);
         }
@@ -410,8 +430,8 @@ struct Tiles {
 };
 
 template <typename S>
-constexpr BandKernel MakeBandKernel() {
-  return {Tiles<S>::Eliminate, Tiles<S>::BackSubstitute};
+constexpr BandKernel MakeBandKernel(int wideBand) {
+  return {wideBand, Tiles<S>::Eliminate, Tiles<S>::BackSubstitute};
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
+#include <cstdint>
 
 #include "base/memory.hpp"
 #include "solve/band_kernel.hpp"
@@ -25,9 +25,12 @@ void ReduceRow(BandMatrix& K, int i, int d, int height, double f) {
 #ifdef VELMOR_VECTOR_KERNELS
 const BandKernel* Kernel(Instructions instructions) {
   switch (instructions) {
-    case Instructions::Avx2: return &Avx2Kernel;
-    case Instructions::Avx512: return &Avx512Kernel;
-    default: return nullptr;
+    case Instructions::Avx2:
+      return &Avx2Kernel;
+    case Instructions::Avx512:
+      return &Avx512Kernel;
+    default:
+      return nullptr;
   }
 }
 #else
@@ -35,11 +38,6 @@ const BandKernel* Kernel(Instructions) { return nullptr; }
 #endif
 
 constexpr int RowsPerCall = BandWork::BlockRows;
-
-/// From here on the rows go in blocks.
-int wideBand = std::getenv("WB") ? std::atoi(std::getenv("WB")) : 400;
-
-std::uint64_t Numbers(int width) { return 8 * static_cast<std::uint64_t>(width) + (static_cast<std::uint64_t>(width) + 40) / 8 * 8; }
 
 BandWork View(const BandMatrix& K, const Grid& LoadTable, int equations) {
   // The kernels take one view for both sweeps; the back substitution only reads the band.
@@ -55,14 +53,52 @@ BandWork View(const BandMatrix& K, const Grid& LoadTable, int equations) {
   return work;
 }
 
+/// The work space of an elimination: a few numbers for each row, and some rows for the tiles.
+class EliminationSpace {
+ public:
+  EliminationSpace(const BandMatrix& K, int equations, bool isWide)
+      : reciprocal_(equations),
+        end_(equations + 8),
+        pivots_(K.BandBound()),
+        groupPivots_(isWide ? Block * Block / 4 : 0),
+        multipliers_(8 * static_cast<std::uint64_t>(K.BandBound())),
+        spareRow_(static_cast<std::uint64_t>(K.BandBound()) + 32),
+        group_(isWide ? Block * (Block + 24) : 1),
+        isWide_(isWide) {
+    for (int e = 1; e <= equations; ++e) end_(e) = e - 1 + K(e, 0);
+  }
+
+  void Lend(BandWork& work) {
+    work.reciprocal = &reciprocal_(0);
+    work.end = &end_(0);
+    work.pivots = &pivots_(0);
+    work.multipliers = multipliers_.Data();
+    work.spareRow = spareRow_.Data();
+    if (!isWide_) return;
+    work.groupPivots = &groupPivots_(0);
+    work.strip = group_.Data();
+    work.groupMultipliers = group_.Data() + Block * 24;
+  }
+
+ private:
+  static constexpr int Block = BandWork::BlockRows;
+  Column reciprocal_, end_;
+  ColumnOf<Pivot> pivots_, groupPivots_;
+  ZeroedBlock multipliers_, spareRow_, group_;  // vectors: these begin a cache line
+  bool isWide_;
+};
+
 }  // namespace
 
 bool Has(Instructions instructions) {
 #ifdef VELMOR_VECTOR_KERNELS
   switch (instructions) {
-    case Instructions::Avx2: return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-    case Instructions::Avx512: return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("fma");
-    default: return true;
+    case Instructions::Avx2:
+      return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+    case Instructions::Avx512:
+      return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("fma");
+    default:
+      return true;
   }
 #else
   return instructions == Instructions::Plain;
@@ -102,24 +138,10 @@ int EliminateBand(BandMatrix& K, Grid& LoadTable, int equations, const RowProgre
   if (kernel == nullptr) return EliminateBandPlainly(K, LoadTable, equations, progress);
 
   BandWork work = View(K, LoadTable, equations);
-  constexpr int block = BandWork::BlockRows;
-  const bool isWide = work.width >= wideBand;
-  Column reciprocal(equations), end(equations + 8);
-  for (int e = 1; e <= equations; ++e) end(e) = e - 1 + K(e, 0);
-  ColumnOf<Pivot> pivots(work.width), groupPivots(isWide ? block * block / 4 : 0);
-  ZeroedBlock numbers(Numbers(work.width) + (isWide ? block * (block + 24) : 0));
-  work.reciprocal = &reciprocal(0);
-  work.end = &end(0);
-  work.pivots = &pivots(0);
-  work.multipliers = numbers.Data();
-  work.spareRow = work.multipliers + 8 * work.width;
-  if (isWide) {
-    work.groupPivots = &groupPivots(0);
-    work.strip = work.multipliers + Numbers(work.width);
-    work.groupMultipliers = work.strip + 24 * block;
-  }
-  for (int first = 1; first <= equations; first += block) {
-    const int last = std::min(first + block - 1, equations);
+  EliminationSpace space(K, equations, work.width >= kernel->wideBand);
+  space.Lend(work);
+  for (int first = 1; first <= equations; first += RowsPerCall) {
+    const int last = std::min(first + RowsPerCall - 1, equations);
     if (const int failed = kernel->eliminate(work, first, last)) return failed;
     progress(last);
   }
@@ -147,8 +169,8 @@ void BackSubstitute(const BandMatrix& K, Grid& LoadTable, int equations, int Ban
 
   BandWork work = View(K, LoadTable, equations);
   work.windowRows = work.width + 8;
-  const int groups = (work.loadCases + 3) / 4;
-  ZeroedBlock window(16 * static_cast<std::uint64_t>(work.windowRows) * groups + 8);
+  const auto groups = static_cast<std::uint64_t>(work.loadCases + 7) / 8;
+  ZeroedBlock window(16 * static_cast<std::uint64_t>(work.windowRows) * groups + 1);
   work.window = window.Data();
   for (int last = equations; last >= 1; last -= RowsPerCall) {
     const int first = std::max(1, last - RowsPerCall + 1);
