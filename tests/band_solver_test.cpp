@@ -9,10 +9,16 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <ostream>
 #include <random>
-#include <string>
 
 namespace velmor {
+
+/// The name of a set in the names of the tests.
+void PrintTo(Instructions instructions, std::ostream* out) {
+  *out << (instructions == Instructions::Avx2 ? "Avx2" : "Avx512");
+}
+
 namespace {
 
 enum class Shape {
@@ -165,8 +171,7 @@ TEST_P(BandSolver, EqualsThePlainLoopsBitForBit) {
     int done = 0;
     const auto progress = [&](int rows) { done = rows; };
     EXPECT_EQ(EliminateBand(tiled.K, tiled.loads, n, progress, GetParam()), 0);
-    EXPECT_EQ(done, n);
-    done = 0;
+    EXPECT_EQ(done, n - 1);
     ASSERT_NO_FATAL_FAILURE(ExpectSameBits(tiled, plain, 1, n + 6));
 
     BackSubstitutePlainly(plain.K, plain.loads, n, system.width, [](int) {});
@@ -205,11 +210,8 @@ TEST_P(BandSolver, StopsAtAPivotThatIsNone) {
   }
 }
 
-std::string Name(const testing::TestParamInfo<Instructions>& set) {
-  return set.param == Instructions::Avx2 ? "Avx2" : "Avx512";
-}
-
-INSTANTIATE_TEST_SUITE_P(Instructions, BandSolver, testing::Values(Instructions::Avx2, Instructions::Avx512), Name);
+INSTANTIATE_TEST_SUITE_P(Instructions, BandSolver, testing::Values(Instructions::Avx2, Instructions::Avx512),
+                         testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace velmor

@@ -115,7 +115,7 @@ Instructions Fastest() {
 int EliminateBandPlainly(BandMatrix& K, Grid& LoadTable, int equations, const RowProgress& progress) {
   const int loadCases = LoadTable.Rows();
   for (int i = 1; i <= equations; ++i) {
-    if (i % RowsPerCall == 0 || i == equations) progress(i);
+    if (i % RowsPerCall == 0 || i == equations - 1) progress(i);
     if (!IsPivot(K(i, 1))) return i;
     const double p = 1 / K(i, 1);
     const int height = K.Height(i);
@@ -143,7 +143,7 @@ int EliminateBand(BandMatrix& K, Grid& LoadTable, int equations, const RowProgre
   for (int first = 1; first <= equations; first += RowsPerCall) {
     const int last = std::min(first + RowsPerCall - 1, equations);
     if (const int failed = kernel->eliminate(work, first, last)) return failed;
-    progress(last);
+    if (equations > 1) progress(std::min(last, equations - 1));
   }
   return 0;
 }

@@ -7,7 +7,8 @@
 
 namespace velmor {
 
-/// Called now and then with the number of rows done, at the end with all of them, for the display.
+/// Called now and then with the number of rows done, at the end with all of them (in the elimination all but the last,
+/// which takes no step), for the display.
 using RowProgress = std::function<void(int rowsDone)>;
 
 /// The vector instructions that the solver's inner loops use. The results are the same with each of them, bit for bit.
