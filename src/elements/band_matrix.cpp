@@ -14,17 +14,18 @@ static_assert(std::endian::native == std::endian::little, "NAME.MAT holds little
 
 constexpr int NumbersInLine = 8;  // doubles in a cache line
 
-std::size_t Stride(int bandBound) {
-  const std::size_t lines = (static_cast<std::size_t>(bandBound) + NumbersInLine) / NumbersInLine;
-  return NumbersInLine * lines;
+/// The least that holds columns 0..bandBound, of the form 8 k + 1 with k odd.
+std::size_t OddStride(int bandBound) {
+  const std::size_t lines = (static_cast<std::size_t>(bandBound) + NumbersInLine - 1) / NumbersInLine;
+  return NumbersInLine * (lines | 1) + 1;
 }
 
 /// Columns that are turned at a time: a cache line of every row, so that each row is touched once a strip.
 constexpr int StripWidth = NumbersInLine;
 
-ZeroedBlock BandBlock(int equationBound, std::size_t stride) {
+ZeroedBlock BandBlock(std::size_t firstPlace, int equationBound, std::size_t stride) {
   try {
-    return ZeroedBlock((static_cast<std::uint64_t>(equationBound) + 1) * stride);
+    return ZeroedBlock(firstPlace + (static_cast<std::uint64_t>(equationBound) + 1) * stride);
   } catch (const Failure& failure) {
     throw Failure(Cause::BandMemory, failure.number, failure.what(), {});
   }
@@ -53,8 +54,8 @@ void CheckHeights(const BandMatrix& K, const std::string& path, int equations, i
 BandMatrix::BandMatrix(int equationBound, int bandBound)
     : equationBound_(equationBound),
       bandBound_(bandBound),
-      stride_(Stride(bandBound)),
-      block_(BandBlock(equationBound, stride_)) {}
+      stride_(OddStride(bandBound)),
+      block_(BandBlock(FirstPlace, equationBound, stride_)) {}
 
 std::int64_t MatrixFileSize(int equationBound, int bandBound) {
   return 8 * (std::int64_t{equationBound} + 1) * (std::int64_t{bandBound} + 1);

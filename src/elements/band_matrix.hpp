@@ -16,7 +16,9 @@ namespace velmor {
 ///     K(e, d)   d from 1: entry of row e and column e + d - 1; d = 1 is the diagonal
 ///     K(e, 0)   height of row e: the largest d that has received an addition, as a number
 ///
-/// Rows hold zeros beyond their height; row 0 holds nothing. One aligned block of memory, a row contiguous.
+/// Rows hold zeros beyond their height; row 0 holds nothing. One block of memory, a row contiguous. The entries of one
+/// matrix column lie on the same place within a cache line in every row, and an odd number of lines apart, so that they
+/// spread over all sets of a cache; columns 1, 9, 17, ... begin a line.
 class BandMatrix {
  public:
   BandMatrix() = default;
@@ -28,6 +30,8 @@ class BandMatrix {
   /// The row of equation e: Row(e)[d] is K(e, d).
   double* Row(int e) { return &(*this)(e, 0); }
   const double* Row(int e) const { return block_.Data() + At(e, 0); }
+  /// Numbers from one row to the next.
+  std::ptrdiff_t Stride() const { return static_cast<std::ptrdiff_t>(stride_); }
   int Height(int e) const { return static_cast<int>((*this)(e, 0)); }
 
   int EquationBound() const { return equationBound_; }
@@ -35,13 +39,14 @@ class BandMatrix {
   bool IsThere() const { return equationBound_ >= 0; }
 
  private:
+  static constexpr std::size_t FirstPlace = 6;  // of K(0, 0) in the block: K(1, 1) then begins a cache line
   std::size_t At(int e, int d) const {
     assert(0 <= e && e <= equationBound_ && 0 <= d && d <= bandBound_);
-    return static_cast<std::size_t>(e) * stride_ + static_cast<std::size_t>(d);
+    return FirstPlace + static_cast<std::size_t>(e) * stride_ + static_cast<std::size_t>(d);
   }
   int equationBound_ = -1;
   int bandBound_ = -1;
-  std::size_t stride_ = 0;  // numbers from one row to the next, whole cache lines
+  std::size_t stride_ = 0;  // an odd number of cache lines and one number, since a row begins a column further right
   ZeroedBlock block_;
 };
 

@@ -1,21 +1,41 @@
 #include "results/band_product.hpp"
 
-#include <algorithm>
-
 namespace velmor {
+namespace {
 
-void MultiplyBand(const BandMatrix& K, const double* u, double* product, int equations, const RowProgress& progress) {
-  std::fill(product + 1, product + equations + 1, 0.0);
+constexpr int RowsPerCall = 100;
+
+/// The share of one row: `entries` right of the diagonal times the unknowns below, and the mirror image of these
+/// entries times the row's own unknown, added to the products below. Returns the sum of the first; it is taken in four
+/// parts, as a single one would wait for each addition.
+double AddRow(const double* __restrict row, int entries, double own, const double* __restrict below,
+              double* __restrict products) {
+  double part[4] = {};
+  int d = 0;
+  for (; d + 4 <= entries; d += 4) {
+    for (int k = 0; k < 4; ++k) part[k] += row[d + k] * below[d + k];
+    for (int k = 0; k < 4; ++k) products[d + k] += row[d + k] * own;
+  }
+  for (; d < entries; ++d) {
+    part[0] += row[d] * below[d];
+    products[d] += row[d] * own;
+  }
+  return part[0] + part[1] + (part[2] + part[3]);
+}
+
+}  // namespace
+
+void MultiplyBand(const BandMatrix& K, const Grid& u, Grid& product, int equations, const RowProgress& progress) {
   for (int e = 1; e <= equations; ++e) {
-    progress(e);
+    if (e % RowsPerCall == 0 || e == equations) progress(e);
     const double* const row = K.Row(e);
     const int height = K.Height(e);
-    double sum = product[e] + row[1] * u[e];  // rows above have added their share of the lower triangle
-    for (int d = 2; d <= height; ++d) {
-      sum += row[d] * u[e + d - 1];
-      product[e + d - 1] += row[d] * u[e];
+    if (height == 0) continue;
+    for (int c = 1; c <= u.Rows(); ++c) {
+      const double* const unknown = u.RowStart(c) + e;
+      double* const sum = product.RowStart(c) + e;
+      *sum += row[1] * *unknown + AddRow(row + 2, height - 1, *unknown, unknown + 1, sum + 1);
     }
-    product[e] = sum;
   }
 }
 

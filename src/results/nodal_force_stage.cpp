@@ -32,13 +32,10 @@ std::string PrintZone(int value) {
 Grid MultiplyByDisplacements(Run& run) {
   Grid forces(run.LoadCaseCount, run.sizes.EquationBound());
   const int equations = run.sizes.EquationCount();
-  for (int c = 1; c <= run.LoadCaseCount; ++c) {
-    MultiplyBand(run.GlobalBand, run.LoadTable.RowStart(c), forces.RowStart(c), equations, [&](int row) {
-      run.form2.Label8.caption =
-          PercentText(static_cast<double>(row) / run.sizes.NodeCount / run.sizes.DofPerNode * 100);
-      run.display.Refresh(run.form2);
-    });
-  }
+  MultiplyBand(run.GlobalBand, run.LoadTable, forces, equations, [&](int row) {
+    run.form2.Label8.caption = PercentText(static_cast<double>(row) / run.sizes.NodeCount / run.sizes.DofPerNode * 100);
+    run.display.Refresh(run.form2);
+  });
   return forces;
 }
 

@@ -1,0 +1,438 @@
+// The band solver's inner loops in register tiles: the body of band_kernel_avx2.cpp and band_kernel_avx512.cpp.
+//
+// The plain elimination takes each pivot row off all rows below it, so every entry of the band is loaded and stored
+// once for every pivot. Here a tile of rows (as many as a vector has lanes) looks back instead: it collects its
+// multipliers of all earlier pivot rows that reach it, and a strip of three vectors by these rows stays in registers
+// while the pivot rows run by, one fused multiply-subtract for each entry and pivot, in the order of the pivots.
+// Earlier rows are only read. After them the tile eliminates within itself: the square on the diagonal gives the
+// multipliers, which are then applied to the strips on its right.
+//
+//               | square | strip  | strip  | strip  |       columns J.., J + Rows.., ...
+//     pivot i   ......xxxxxxxxxxxxxxxxxxxxx.........       its entries in the square's columns, divided by its pivot,
+//     pivot i+1   ......xxxxxxxxxxxxxxxxxxxxx.......       are the multipliers of the tile's rows
+//     tile       \xxxxxxxxxxxxxxxxxxxxxxxxxxxxxx...
+//                  \xxxxxxxxxxxxxxxxxxxxxxxxxxxxxx..
+//
+// - Only pivots with a multiplier other than zero in the tile are listed, and a strip begins with the first one that
+//   reaches it. Zeros within a tile are multiplied; that changes no number.
+// - Whether an entry is zero is seen while the list is made, so the rows' ends grow there, row by row, by the rule of
+// the
+//   plain loop.
+// - Pivots that end within the first or second vector of a strip leave the others alone. Loads and stores where a row's
+//   room in memory begins or ends within a vector are masked: what stands beside a row is neither read nor written.
+// - The next tile is fetched ahead (10 to 40 % up to width 120).
+// - In wide bands the pivot rows that a tile reads no longer stay in the cache. There a block of 96 rows takes earlier
+//   pivots in groups of 96, of which a strip at a time is copied and serves all tiles of the block; only pivots within
+//   the block are left to the tiles (twice the speed at width 2400, a loss below the limits that the kernels name).
+//
+// These two files are compiled for other processors than the rest. So nothing here may come from a header with inline
+// functions of external linkage (the linker would be free to use this copy of them everywhere), and all of it stands in
+// an unnamed namespace.
+// Literature for tiles and packed strips: Goto, van de Geijn, Anatomy of High-Performance Matrix Multiplication, ACM
+// Transactions on Mathematical Software 34 (2008).
+#pragma once
+
+#include "solve/band_kernel.hpp"
+
+namespace velmor {
+namespace {
+
+/// The pivot rows that a tile of rows loses, with the tile's multipliers of each.
+struct PivotList {
+  Pivot* pivots;
+  double* multipliers;  // as many as the tile has rows, pivot after pivot
+  int count = 0;
+};
+
+/// All of it for one set of vector instructions S.
+template <typename S>
+struct Tiles {
+  using Vector = typename S::Vector;
+  static constexpr int Lanes = S::Lanes;
+  static constexpr int Rows = Lanes;  // of a tile
+  static constexpr int Strip = 3;     // vectors side by side in a tile
+  static constexpr int Columns = Strip * Lanes;
+
+  /// The rows of a tile: entry j of row r at row[r][j]. Rows that the last tile lacks are zeros of no meaning.
+  struct RowTile {
+    const BandWork& work;
+    int first;  // its first equation
+    double* row[Rows];
+
+    RowTile(const BandWork& w, int firstEquation) : work(w), first(firstEquation) {
+      for (int r = 0; r < Rows; ++r) {
+        row[r] = first + r <= w.equations ? w.band + (first + r) * w.step : w.spareRow - first;
+      }
+    }
+
+    /// Lanes of the vector from column C on that belong to row r.
+    typename S::Mask Own(int r, int C) const {
+      return S::And(S::From(first + r - C), S::First(first + r + work.width - C));
+    }
+    /// From an entry to the one of the next tile that stands as far from the diagonal.
+    std::ptrdiff_t Ahead() const { return Rows * (work.step + 1); }
+    /// Whether all rows have all columns from C on to the end of a strip.
+    bool Holds(int C) const { return C >= first + Rows - 1 && C + Columns <= first + work.width; }
+  };
+
+  /// The entries of a tile from column C on, in registers. With Edge the rows may begin or end within it.
+  template <bool Edge>
+  [[gnu::always_inline]] static void LoadStrip(const RowTile& tile, int C, Vector (&x)[Rows][Strip]) {
+#pragma GCC unroll 8
+    for (int r = 0; r < Rows; ++r) {
+#pragma GCC unroll 8
+      for (int v = 0; v < Strip; ++v) {
+        const int column = C + v * Lanes;
+        __builtin_prefetch(tile.row[r] + column + tile.Ahead(), 1);
+        x[r][v] = Edge ? S::Load(tile.row[r] + column, tile.Own(r, column)) : S::Load(tile.row[r] + column);
+      }
+    }
+  }
+
+  template <bool Edge>
+  [[gnu::always_inline]] static void StoreStrip(const RowTile& tile, int C, const Vector (&x)[Rows][Strip]) {
+#pragma GCC unroll 8
+    for (int r = 0; r < Rows; ++r) {
+#pragma GCC unroll 8
+      for (int v = 0; v < Strip; ++v) {
+        const int column = C + v * Lanes;
+        if (Edge) {
+          S::Store(tile.row[r] + column, tile.Own(r, column), x[r][v]);
+        } else {
+          S::Store(tile.row[r] + column, x[r][v]);
+        }
+      }
+    }
+  }
+
+  /// Takes f times the pivot row at `place` off the first vectors of a tile. With Edge the row's room in memory, so
+  /// many numbers from `place`, may end within the last of these vectors.
+  template <int Vectors, bool Edge>
+  [[gnu::always_inline]] static void Subtract(Vector (&x)[Rows][Strip], const double* f, const double* place,
+                                              int room = Columns) {
+    constexpr int last = (Vectors - 1) * Lanes;
+    Vector entries[Vectors];
+#pragma GCC unroll 8
+    for (int v = 0; v < Vectors - 1; ++v) entries[v] = S::Load(place + v * Lanes);
+    entries[Vectors - 1] = Edge ? S::Load(place + last, S::First(room - last)) : S::Load(place + last);
+#pragma GCC unroll 8
+    for (int r = 0; r < Rows; ++r) {
+      const Vector multiplier = S::Set(f[r]);
+#pragma GCC unroll 8
+      for (int v = 0; v < Vectors; ++v) x[r][v] = S::SubtractProduct(x[r][v], multiplier, entries[v]);
+    }
+  }
+
+  /// Lists the pivot rows from..to that have a multiplier other than zero for a row of the tile of equations J.. and
+  /// raises these rows' ends. WithSquare takes them off the square on the diagonal at the same time.
+  template <bool WithSquare>
+  static void ListPivots(const BandWork& work, PivotList& list, int J, int from, int to, Vector (&square)[Rows]) {
+    Vector ends = S::Load(work.end + J);
+    Vector x[Rows];
+#pragma GCC unroll 8
+    for (int r = 0; r < Rows; ++r) x[r] = square[r];
+    Pivot* pivot = list.pivots;
+    double* f = list.multipliers;
+    for (int i = from; i <= to; ++i) {
+      const double end = work.end[i];
+      if (end < J) continue;
+      const double* const row = work.band + i * work.step;
+      const Vector entries = S::Load(row + J, S::First(i + work.width - J));
+      const auto nonZero = S::NonZero(entries);
+      if (!S::Any(nonZero)) continue;
+      S::Store(f, S::Multiply(S::Set(work.reciprocal[i]), entries));
+      ends = S::Max(ends, S::Set(end), nonZero);
+      if (WithSquare) {
+#pragma GCC unroll 8
+        for (int r = 0; r < Rows; ++r) x[r] = S::SubtractProduct(x[r], S::Set(f[r]), entries);
+      }
+      *pivot++ = {row, i, static_cast<int>(end), i + work.width};
+      f += Lanes;
+    }
+    list.count = static_cast<int>(pivot - list.pivots);
+    S::Store(work.end + J, ends);
+#pragma GCC unroll 8
+    for (int r = 0; r < Rows; ++r) square[r] = x[r];
+  }
+
+  /// Takes the listed pivots off the loads of Cases load cases, the rows of the tile as one vector.
+  template <int Cases>
+  static void ReduceLoads(const BandWork& work, const PivotList& list, int J, int firstCase) {
+    const auto lanes = S::First(work.equations - J + 1);
+    const double* loads[Cases];
+    Vector x[Cases];
+    for (int c = 0; c < Cases; ++c) {
+      loads[c] = work.loads + (firstCase + c) * work.loadStep;
+      x[c] = S::Load(loads[c] + J, lanes);
+    }
+    for (int k = 0; k < list.count; ++k) {
+      const Vector multipliers = S::Load(list.multipliers + k * Lanes);
+      const int i = list.pivots[k].equation;
+      for (int c = 0; c < Cases; ++c) x[c] = S::SubtractProduct(x[c], multipliers, S::Set(loads[c][i]));
+    }
+    for (int c = 0; c < Cases; ++c) S::Store(work.loads + (firstCase + c) * work.loadStep + J, lanes, x[c]);
+  }
+
+  static void ReduceAllLoads(const BandWork& work, const PivotList& list, int J) {
+    int c = 0;
+    for (; c + 4 <= work.loadCases; c += 4) ReduceLoads<4>(work, list, J, c);
+    for (; c < work.loadCases; ++c) ReduceLoads<1>(work, list, J, c);
+  }
+
+  // ---- a tile of rows to the end ----
+
+  using Triangle = double[Rows][Lanes];  // multipliers of row r for the rows s > r of its own tile, 0 elsewhere
+
+  /// Eliminates within the square on the diagonal. Returns 0 or the equation at which it had to stop.
+  static int EliminateSquare(const RowTile& tile, const Vector (&square)[Rows], Triangle& triangle) {
+    const BandWork& work = tile.work;
+    const int J = tile.first;
+    double entries[Rows][Lanes];
+    for (int r = 0; r < Rows; ++r) {
+      S::Store(entries[r], square[r]);
+      S::Store(triangle[r], S::Zero());
+    }
+    int failed = 0;
+    for (int r = 0; r < Rows && J + r <= work.equations; ++r) {
+      const double pivot = entries[r][r];
+      if (pivot == 0 || pivot != pivot) {
+        failed = J + r;
+        break;
+      }
+      const double p = 1 / pivot;
+      work.reciprocal[J + r] = p;
+      const Vector source = S::Keep(S::Load(entries[r]), S::From(r + 1));
+      S::Store(triangle[r], S::Multiply(S::Set(p), source));
+      const Vector ends = S::Load(work.end + J);
+      S::Store(work.end + J, S::Max(ends, S::Set(work.end[J + r]), S::NonZero(source)));
+      for (int s = r + 1; s < Rows; ++s) {
+        S::Store(entries[s], S::SubtractProduct(S::Load(entries[s]), S::Set(triangle[r][s]), source));
+      }
+    }
+    for (int r = 0; r < Rows; ++r) S::Store(tile.row[r] + J, tile.Own(r, J), S::Load(entries[r]));
+    return failed;
+  }
+
+  /// The heights of the tile's rows, as their ends have become. Returns the largest end.
+  static int StoreHeights(const RowTile& tile) {
+    int largest = 0;
+    for (int e = tile.first; e < tile.first + Rows && e <= tile.work.equations; ++e) {
+      const int end = static_cast<int>(tile.work.end[e]);
+      tile.row[e - tile.first][e - 1] = end - e + 1;
+      if (end > largest) largest = end;
+    }
+    return largest;
+  }
+
+  /// The strip from column C on, right of the square: loses the listed pivots from k on, then the rows of its own tile.
+  template <bool Edge>
+  static void EliminateStrip(const RowTile& tile, const PivotList& list, int k, const Triangle& triangle, int C) {
+    const Pivot* const pivots = list.pivots;
+    const double* const f = list.multipliers;
+    const int count = list.count;
+    Vector x[Rows][Strip];
+    LoadStrip<Edge>(tile, C, x);
+    for (; k < count && pivots[k].end < C + Lanes; ++k) {
+      Subtract<1, true>(x, f + k * Rows, pivots[k].row + C, pivots[k].limit - C);
+    }
+    for (; k < count && pivots[k].end < C + 2 * Lanes; ++k) {
+      Subtract<2, true>(x, f + k * Rows, pivots[k].row + C, pivots[k].limit - C);
+    }
+    for (; k < count && pivots[k].limit < C + Columns; ++k) {
+      Subtract<3, true>(x, f + k * Rows, pivots[k].row + C, pivots[k].limit - C);
+    }
+    if (!Edge) {  // else the tile's first row has no more room than the pivots above it
+      for (; k < count; ++k) Subtract<3, false>(x, f + k * Rows, pivots[k].row + C);
+    }
+#pragma GCC unroll 8
+    for (int r = 0; r < Rows; ++r) {
+#pragma GCC unroll 8
+      for (int s = r + 1; s < Rows; ++s) {
+        const Vector multiplier = S::Set(triangle[r][s]);
+#pragma GCC unroll 8
+        for (int v = 0; v < Strip; ++v) x[s][v] = S::SubtractProduct(x[s][v], multiplier, x[r][v]);
+      }
+    }
+    StoreStrip<Edge>(tile, C, x);
+  }
+
+  /// The loads of the tile lose the rows of the tile itself.
+  static void ReduceLoadsInTile(const BandWork& work, const Triangle& triangle, int J) {
+    const auto lanes = S::First(work.equations - J + 1);
+    for (int c = 0; c < work.loadCases; ++c) {
+      double* const loads = work.loads + c * work.loadStep + J;
+      double load[Lanes];
+      S::Store(load, S::Load(loads, lanes));
+      for (int r = 0; r < Rows - 1; ++r) {
+        S::Store(load, S::SubtractProduct(S::Load(load), S::Load(triangle[r]), S::Set(load[r])));
+      }
+      S::Store(loads, lanes, S::Load(load));
+    }
+  }
+
+  /// Takes the pivots from `from` on off the tile of equations J.. and eliminates within it.
+  static int EliminateTile(const BandWork& work, int J, int from) {
+    const RowTile tile(work, J);
+    PivotList list{work.pivots, work.multipliers};
+    Triangle triangle;
+    Vector square[Rows];
+    for (int r = 0; r < Rows; ++r) {
+      __builtin_prefetch(tile.row[r] + J + tile.Ahead(), 1);
+      square[r] = S::Load(tile.row[r] + J, tile.Own(r, J));
+    }
+    ListPivots<true>(work, list, J, from, J - 1, square);
+    const int failed = EliminateSquare(tile, square, triangle);
+    const int end = StoreHeights(tile);
+    int k = 0;
+    for (int C = J + Rows; C <= end; C += Columns) {
+      while (k < list.count && list.pivots[k].end < C) ++k;
+      if (tile.Holds(C)) {
+        EliminateStrip<false>(tile, list, k, triangle, C);
+      } else {
+        EliminateStrip<true>(tile, list, k, triangle, C);
+      }
+    }
+    ReduceAllLoads(work, list, J);
+    ReduceLoadsInTile(work, triangle, J);
+    return failed;
+  }
+
+  // ---- a block of tiles, as far as earlier blocks go ----
+
+  /// Copies columns C.. of the pivot rows from..to one below the other, zeros where a row has no place for them.
+  static void CopyStrip(const BandWork& work, int from, int to, int C, double* copy) {
+    for (int i = from; i <= to; ++i, copy += Columns) {
+      const double* const row = work.band + i * work.step;
+#pragma GCC unroll 8
+      for (int v = 0; v < Strip; ++v) {
+        const int column = C + v * Lanes;
+        S::Store(copy + v * Lanes, S::Load(row + column, S::First(i + work.width - column)));
+        __builtin_prefetch(row + column + Columns);
+      }
+    }
+  }
+
+  template <bool Edge>
+  static void SubtractGroup(const RowTile& tile, const PivotList& list, int k, int C) {
+    Vector x[Rows][Strip];
+    LoadStrip<Edge>(tile, C, x);
+    for (; k < list.count; ++k) Subtract<3, false>(x, list.multipliers + k * Rows, list.pivots[k].row);
+    StoreStrip<Edge>(tile, C, x);
+  }
+
+  /// Takes the pivot rows from..to off the block of equations first..last.
+  static void SubtractFromBlock(const BandWork& work, int first, int last, int from, int to) {
+    PivotList lists[BandWork::BlockRows / Rows];
+    int end = 0;
+    for (int i = from; i <= to; ++i) {
+      if (work.end[i] > end) end = static_cast<int>(work.end[i]);
+    }
+    int tiles = 0;
+    Vector none[Rows] = {};
+    for (int J = first; J <= last; J += Rows, ++tiles) {
+      PivotList& list = lists[tiles];
+      list = {work.groupPivots + tiles * BandWork::BlockRows,
+              work.groupMultipliers + tiles * BandWork::BlockRows * Rows};
+      ListPivots<false>(work, list, J, from, to, none);
+      for (int k = 0; k < list.count; ++k) list.pivots[k].row = work.strip + (list.pivots[k].equation - from) * Columns;
+      ReduceAllLoads(work, list, J);
+    }
+    int reaching = from;
+    for (int C = first; C <= end; C += Columns) {
+      while (work.end[reaching] < C) ++reaching;
+      CopyStrip(work, reaching, to, C, work.strip + (reaching - from) * Columns);
+      for (int t = 0; t < tiles && first + t * Rows < C + Columns; ++t) {
+        const RowTile tile(work, first + t * Rows);
+        const PivotList& list = lists[t];
+        int k = 0;
+        while (k < list.count && list.pivots[k].equation < reaching) ++k;
+        if (k == list.count) continue;
+        if (tile.Holds(C)) {
+          SubtractGroup<false>(tile, list, k, C);
+        } else {
+          SubtractGroup<true>(tile, list, k, C);
+        }
+      }
+    }
+  }
+
+  static int Eliminate(const BandWork& work, int first, int last) {
+    const auto highest = [&](int row) { return row > work.width ? row - work.width + 1 : 1; };  // pivot that reaches it
+    if (work.strip != nullptr) {
+      for (int from = highest(first); from < first; from += BandWork::BlockRows) {
+        const int to = from + BandWork::BlockRows < first ? from + BandWork::BlockRows - 1 : first - 1;
+        SubtractFromBlock(work, first, last, from, to);
+      }
+    }
+    for (int J = first; J <= last; J += Rows) {
+      const int from = work.strip != nullptr ? first : highest(J);
+      if (const int failed = EliminateTile(work, J, from)) return failed;
+    }
+    return 0;
+  }
+
+  // ---- back substitution ----
+
+  /// Solves for the Count unknowns from equation J on, the load cases of a group as one vector. The unknowns of a group
+  /// stand in a ring, twice, so that as many as a row can reach follow each other without a break.
+  template <int Count>
+  static void SolveRows(const BandWork& work, int J) {
+    const double* row[Count];
+    int end[Count];
+    int common = work.equations;  // up to here all rows have entries
+    for (int r = 0; r < Count; ++r) {
+      row[r] = work.band + (J + r) * work.step;
+      end[r] = J + r - 1 + static_cast<int>(row[r][J + r - 1]);
+      if (end[r] < common) common = end[r];
+    }
+    if (common < J + Count - 1) common = J + Count - 1;
+    double* ring = work.window;
+    for (int first = 0; first < work.loadCases; first += Lanes, ring += 2 * work.windowRows * Lanes) {
+      const int cases = work.loadCases - first < Lanes ? work.loadCases - first : Lanes;
+      double* const loads = work.loads + first * work.loadStep + J;
+      const double* const later = ring + J % work.windowRows * Lanes;  // unknown J + k at later[k * Lanes]
+      Vector x[Count];
+      for (int r = 0; r < Count; ++r) {
+        double load[Lanes] = {};
+        for (int c = 0; c < cases; ++c) load[c] = loads[c * work.loadStep + r];
+        x[r] = S::Load(load);
+        for (int j = end[r]; j > common; --j) {
+          x[r] = S::SubtractProduct(x[r], S::Set(row[r][j]), S::Load(later + (j - J) * Lanes));
+        }
+      }
+      for (int j = common; j >= J + Count; --j) {
+        const Vector unknown = S::Load(later + (j - J) * Lanes);
+#pragma GCC unroll 8
+        for (int r = 0; r < Count; ++r) x[r] = S::SubtractProduct(x[r], S::Set(row[r][j]), unknown);
+      }
+#pragma GCC unroll 8
+      for (int r = Count - 1; r >= 0; --r) {
+#pragma GCC unroll 8
+        for (int s = Count - 1; s > r; --s) {
+          if (J + s <= end[r]) x[r] = S::SubtractProduct(x[r], S::Set(row[r][J + s]), x[s]);
+        }
+        x[r] = S::Divide(x[r], S::Set(row[r][J + r]), S::NonZero(x[r]));
+      }
+      for (int r = 0; r < Count; ++r) {
+        double* const place = ring + (J + r) % work.windowRows * Lanes;
+        S::Store(place, x[r]);
+        S::Store(place + work.windowRows * Lanes, x[r]);
+        for (int c = 0; c < cases; ++c) loads[c * work.loadStep + r] = place[c];
+      }
+    }
+  }
+
+  static void BackSubstitute(const BandWork& work, int first, int last) {
+    int e = last;
+    for (; e - 7 >= first; e -= 8) SolveRows<8>(work, e - 7);
+    for (; e >= first; --e) SolveRows<1>(work, e);
+  }
+};
+
+template <typename S>
+constexpr BandKernel MakeBandKernel(int wideBand) {
+  return {wideBand, Tiles<S>::Eliminate, Tiles<S>::BackSubstitute};
+}
+
+}  // namespace
+}  // namespace velmor

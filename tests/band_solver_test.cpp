@@ -1,0 +1,217 @@
+// The band solver in tiles against the plain loops, bit for bit: entries, heights, loads and solution.
+
+#include "solve/band_solver.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <ostream>
+#include <random>
+
+namespace velmor {
+
+/// The name of a set in the names of the tests.
+void PrintTo(Instructions instructions, std::ostream* out) {
+  *out << (instructions == Instructions::Avx2 ? "Avx2" : "Avx512");
+}
+
+namespace {
+
+enum class Shape {
+  Full,     // every row as high as the band
+  Ragged,   // heights at random from 1 on, half of the entries zero
+  Steps,    // the height halves twice on the way down
+  Sparse,   // one entry in twenty, heights at random
+  Plate,    // six freedoms a node in three sets that do not touch
+  Loose,    // rows of height 0 and 1 among full ones
+  Diagonal  // nothing beside the diagonal
+};
+
+struct System {
+  const char* name;
+  Shape shape;
+  int equations, width, loadCases;
+  int room = 6;  // columns of the band beyond the width
+};
+
+const System Systems[] = {
+    {"one equation", Shape::Full, 1, 6, 2},
+    {"two equations", Shape::Full, 2, 2, 1},
+    {"three equations without loads", Shape::Full, 3, 3, 0},
+    {"diagonal", Shape::Diagonal, 30, 1, 3},
+    {"width 1 with room for more", Shape::Diagonal, 17, 9, 1},
+    {"tridiagonal", Shape::Full, 65, 2, 1},
+    {"one tile less one", Shape::Full, 7, 7, 1},
+    {"one tile", Shape::Full, 8, 5, 4},
+    {"one tile and one", Shape::Full, 9, 9, 5},
+    {"narrower than a tile", Shape::Ragged, 63, 5, 2},
+    {"full matrix", Shape::Full, 64, 64, 8},
+    {"full band", Shape::Full, 193, 47, 20},
+    {"ragged", Shape::Ragged, 300, 70, 3},
+    {"ragged, wider", Shape::Ragged, 511, 301, 7},
+    {"steps", Shape::Steps, 400, 90, 1},
+    {"sparse", Shape::Sparse, 500, 120, 2},
+    {"plate", Shape::Plate, 480, 102, 4},
+    {"loose rows", Shape::Loose, 250, 40, 9},
+    {"width of a tile, no room beside it", Shape::Full, 50, 8, 1, 0},
+    // From here on in blocks of 96 rows.
+    {"room for 1000", Shape::Full, 289, 190, 3, 810},
+    {"wide", Shape::Full, 500, 395, 1, 5},
+    {"wide and ragged", Shape::Ragged, 900, 700, 2},
+    {"wide and sparse", Shape::Sparse, 700, 650, 1, 400},
+    {"wide with steps", Shape::Steps, 577, 577, 0, 0},
+    {"wide plate", Shape::Plate, 960, 480, 1, 600},
+    {"wider than the matrix", Shape::Ragged, 600, 1001, 1, 0},
+};
+
+/// A system with the band, its loads and nothing singular in it: the diagonal outweighs the rest, now and then it is
+/// negative or a penalty.
+struct Solvable {
+  BandMatrix K;
+  Grid loads;
+};
+
+int Height(Shape shape, int e, int n, int width, std::mt19937& random) {
+  const int longest = std::min(width, n - e + 1);
+  switch (shape) {
+    case Shape::Full:
+    case Shape::Plate:
+      return longest;
+    case Shape::Ragged:
+    case Shape::Sparse:
+      return std::uniform_int_distribution(1, longest)(random);
+    case Shape::Steps:
+      return std::min(longest, std::max(1, width >> (3 * e / (n + 1))));
+    case Shape::Loose:
+      return random() % 3 == 0 ? static_cast<int>(random() % 2) : longest;
+    case Shape::Diagonal:
+      break;
+  }
+  return 1;
+}
+
+bool IsZero(Shape shape, int e, int column, std::mt19937& random) {
+  const auto set = [](int equation) { return 0x211100 >> (4 * ((equation - 1) % 6)) & 0xF; };
+  switch (shape) {
+    case Shape::Ragged:
+      return random() % 2 == 0;
+    case Shape::Sparse:
+      return random() % 20 != 0;
+    case Shape::Plate:
+      return set(e) != set(column) || set(e) == 2;
+    default:
+      return false;
+  }
+}
+
+Solvable Make(const System& system) {
+  constexpr int dof = 6;
+  const int n = system.equations;
+  std::mt19937 random(static_cast<unsigned>(n + system.width));
+  std::uniform_real_distribution<double> entry(-1, 1);
+  Solvable made{BandMatrix(n + dof, system.width + system.room), Grid(system.loadCases, n + dof)};
+  for (int e = 1; e <= n; ++e) {
+    const int height = Height(system.shape, e, n, system.width, random);
+    made.K(e, 0) = height;
+    for (int d = 2; d <= height; ++d) {
+      if (!IsZero(system.shape, e, e + d - 1, random)) made.K(e, d) = entry(random);
+    }
+    made.K(e, 1) = random() % 40 == 0 ? 1e30 : (random() % 10 == 0 ? -1 : 1) * (3.0 * system.width + entry(random));
+    for (int c = 1; c <= system.loadCases; ++c) made.loads(c, e) = random() % 3 == 0 ? 0 : 1e3 * entry(random);
+  }
+  return made;
+}
+
+std::int64_t Bits(double x) { return std::bit_cast<std::int64_t>(x); }
+
+/// Rows from..to of the band, heights included, and the loads of these equations.
+void ExpectSameBits(const Solvable& a, const Solvable& b, int from, int to) {
+  for (int e = from; e <= to; ++e) {
+    for (int d = 0; d <= a.K.BandBound(); ++d) {
+      ASSERT_EQ(Bits(a.K(e, d)), Bits(b.K(e, d)))
+          << "row " << e << " entry " << d << " " << a.K(e, d) << " " << b.K(e, d);
+    }
+    for (int c = 1; c <= a.loads.Rows(); ++c) {
+      ASSERT_EQ(Bits(a.loads(c, e)), Bits(b.loads(c, e))) << "load case " << c << " equation " << e;
+    }
+  }
+}
+
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+
+/// The numbers between the rows, and row 0, belong to nobody: what is put there must neither matter nor change.
+template <typename Visit>
+void VisitGaps(BandMatrix& K, Visit visit) {
+  for (int d = 0; d <= K.BandBound(); ++d) visit(K(0, d));
+  for (int e = 1; e < K.EquationBound(); ++e) {
+    for (double* gap = K.Row(e) + K.BandBound() + 1; gap != K.Row(e + 1); ++gap) visit(*gap);
+  }
+}
+
+class BandSolver : public testing::TestWithParam<Instructions> {
+ protected:
+  void SetUp() override {
+    if (!Has(GetParam())) GTEST_SKIP() << "not on this processor";
+  }
+};
+
+TEST_P(BandSolver, EqualsThePlainLoopsBitForBit) {
+  for (const System& system : Systems) {
+    SCOPED_TRACE(system.name);
+    const int n = system.equations;
+    Solvable plain = Make(system);
+    Solvable tiled = Make(system);
+    VisitGaps(tiled.K, [](double& gap) { gap = NaN; });
+
+    EXPECT_EQ(EliminateBandPlainly(plain.K, plain.loads, n, [](int) {}), 0);
+    int done = 0;
+    const auto progress = [&](int rows) { done = rows; };
+    EXPECT_EQ(EliminateBand(tiled.K, tiled.loads, n, progress, GetParam()), 0);
+    EXPECT_EQ(done, n - 1);
+    ASSERT_NO_FATAL_FAILURE(ExpectSameBits(tiled, plain, 1, n + 6));
+
+    BackSubstitutePlainly(plain.K, plain.loads, n, system.width, [](int) {});
+    BackSubstitute(tiled.K, tiled.loads, n, system.width, progress, GetParam());
+    EXPECT_EQ(done, n);
+    ASSERT_NO_FATAL_FAILURE(ExpectSameBits(tiled, plain, 1, n + 6));
+    VisitGaps(tiled.K, [](double& gap) { ASSERT_TRUE(std::isnan(gap)); });
+  }
+}
+
+TEST_P(BandSolver, StopsAtAPivotThatIsNone) {
+  struct Stop {
+    const char* name;
+    int equation;
+    double pivot;
+  };
+  const Stop stops[] = {{"first", 1, 0}, {"not a number", 20, NaN}, {"end of a tile", 48, 0}, {"last", 131, 0}};
+  for (const Stop& stop : stops) {
+    SCOPED_TRACE(stop.name);
+    const auto make = [&] {
+      Solvable made = Make({"", Shape::Full, 131, 30, 2});
+      for (int e = 1; e < stop.equation; ++e) {  // nothing reaches the bad pivot
+        for (int d = stop.equation - e + 1; d <= made.K.Height(e); ++d) made.K(e, d) = 0;
+        made.K(e, 0) = std::min(made.K.Height(e), stop.equation - e);
+      }
+      made.K(stop.equation, 1) = stop.pivot;
+      return made;
+    };
+    Solvable plain = make();
+    Solvable tiled = make();
+    EXPECT_EQ(EliminateBandPlainly(plain.K, plain.loads, 131, [](int) {}), stop.equation);
+    EXPECT_EQ(EliminateBand(
+                  tiled.K, tiled.loads, 131, [](int) {}, GetParam()),
+              stop.equation);
+    ExpectSameBits(tiled, plain, 1, stop.equation);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Instructions, BandSolver, testing::Values(Instructions::Avx2, Instructions::Avx512),
+                         testing::PrintToStringParamName());
+
+}  // namespace
+}  // namespace velmor
