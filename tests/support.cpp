@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 
@@ -135,6 +137,10 @@ void RecordingDisplay::Refresh(const StressWindow& window) {
   Note(window.Frame1.caption, "");
 }
 
+bool RecordingDisplay::Warned() const {
+  return std::any_of(warnings.begin(), warnings.end(), [](const auto& text) { return !text.starts_with("model: "); });
+}
+
 MainWindowAction RecordingDisplay::WaitForUser(const MainWindow& window) {
   form1 = window;
   ++waits;
@@ -227,6 +233,31 @@ std::vector<std::vector<std::vector<double>>> Folder::Blocks(const std::string& 
   }
   EXPECT_TRUE(block.empty()) << extension << " does not end with END";
   return blocks;
+}
+
+void Folder::TakeExample(const std::string& name) {
+  name_ = name;
+  const fs::path from = fs::path(VELMOR_EXAMPLES_FOLDER) / name;
+  for (const auto& file : fs::directory_iterator(from)) fs::copy_file(file, root_ / file.path().filename());
+  const std::string control = ReadFile((from / "EEM.CTR").string());
+  WriteFile(Program("EEM.CTR"), "\"" + root_.string() + "/" + control.substr(1));
+}
+
+Grid Folder::Stiffness(int dof) const {
+  std::istringstream head(Read(".DAT"));
+  int nodes = 0, halfBandwidth = 0;
+  head >> nodes >> halfBandwidth;
+  const std::string bytes = Read(".MAT");
+  const auto rows = static_cast<std::size_t>((nodes + 1) * dof + 1);
+  EXPECT_EQ(bytes.size(), 8 * rows * static_cast<std::size_t>(halfBandwidth + dof + 1));
+  Grid K(nodes * dof, nodes * dof);
+  for (int e = 1; e <= nodes * dof; ++e) {
+    for (int d = 1; d <= std::min(halfBandwidth, nodes * dof - e + 1); ++d) {
+      std::memcpy(&K(e, e + d - 1), &bytes[8 * (static_cast<std::size_t>(d) * rows + static_cast<std::size_t>(e))], 8);
+      K(e + d - 1, e) = K(e, e + d - 1);
+    }
+  }
+  return K;
 }
 
 NodalValues Folder::Displacements() const {

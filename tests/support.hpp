@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/table.hpp"
 #include "run/analysis_options.hpp"
 #include "run/control_file.hpp"
 #include "run/display.hpp"
@@ -27,6 +28,9 @@ class RecordingDisplay : public Display {
   std::optional<std::string> OpenFile(const FileDialog& dialog) override;
   void ShowModal(OptionsWindow& window) override;
   void ShowSummary(const std::vector<std::string>& lines) override { summary = lines; }
+
+  /// True if a warning tells that something was skipped or left out, not only what the model asks of the elements.
+  bool Warned() const;
 
   std::vector<std::string> messages, warnings;
   std::vector<FailureNotice> notices;
@@ -116,7 +120,7 @@ class Folder {
 
   std::string Program(const std::string& file = "") const { return (root_ / "program").string() + "/" + file; }
   /// Path of the model file with an extension such as ".TEK"; without one the model path of EEM.CTR.
-  std::string File(const std::string& extension = "") const { return (root_ / "model").string() + extension; }
+  std::string File(const std::string& extension = "") const { return (root_ / name_).string() + extension; }
   bool Has(const std::string& extension) const { return std::filesystem::exists(File(extension)); }
   void Write(const std::string& extension, const std::string& text) const;
   std::string Read(const std::string& extension) const;
@@ -135,14 +139,21 @@ class Folder {
   /// Writes a model first, then the same.
   std::vector<std::string> Solve(const Model& model) const;
 
+  /// Copies the file family of a model of examples/ beside the model "model" and EEM.CTR into the program folder, with
+  /// the model's path put before its name.
+  void TakeExample(const std::string& name);
+
   NodalValues Displacements() const;  // NAME.RVP
   NodalValues Reactions() const;      // NAME.KRT
   /// The items of a text file as numbers, lines by lines; a quoted string becomes no number but ends its block: the
   /// result has one entry per load case that holds its lines.
   std::vector<std::vector<std::vector<double>>> Blocks(const std::string& extension) const;
+  /// The whole stiffness matrix of NAME.MAT, both triangles, equations from 1. `dof` freedoms a node.
+  Grid Stiffness(int dof) const;
 
  private:
   std::filesystem::path root_;
+  std::string name_ = "model";
 };
 
 void WriteFile(const std::string& path, const std::string& text);

@@ -1,0 +1,65 @@
+// The Nodal Force stage: NAME.KRT.
+
+#include <gtest/gtest.h>
+
+#include "base/vector3.hpp"
+#include "support.hpp"
+
+namespace velmor::testing {
+namespace {
+
+TEST(NodalForces, HaveTheirOwnFormOfText) {
+  Model model;
+  model.analysisCode = 1;
+  model.AddNode(0, 0);
+  model.AddNode(2, 0);
+  model.AddElement(1, {1, 2});
+  model.materials = {{1000, 0, 0, 1}};
+  model.supports = {{1, 1}, {1, 2}, {2, 2}};
+  model.cases = {{{{2, 1, 64}}, {}}, {{{2, 1, -8}, {1, 2, 3}}, {}}};
+  Folder folder;
+  folder.Solve(model);
+  EXPECT_EQ(folder.Read(".KRT"),
+            " 2             1            \n"
+            " 1 -64,0\n 2 0,0\n0,-64,0\n\"END\"\n"
+            " 1 8,-3\n 2 0,0\n0,8,-3\n\"END\"\n");
+}
+
+TEST(NodalForces, BalanceTheLoadsOfEveryLoadCaseByItself) {
+  Model model;  // a skew frame of three beams and a bar, out of every plane
+  model.nodes = {{0, 0, 0}, {1, 0, 3}, {4, 2, 4}, {5, 3, 0}, {2, 5, 3}};
+  for (const auto& [a, b] : {std::pair{1, 2}, {2, 3}, {4, 3}}) model.AddElement(7, {a, b});
+  model.AddElement(1, {3, 5});
+  model.materials = {{2e5, 0.3, 1, 2, 0, 25, 0.7, 0, 0.4, 0, 0.9}};
+  model.Fix(1, 6);
+  model.Fix(4, 3);
+  model.Fix(5, 3);
+  const Vector3 F{10, -7, 20}, M{3, 8, -5};
+  model.cases = {{{}, {}, 2, {-3, 0, 0, 0, 1}}, {}};  // an acceleration; a force and a couple
+  for (int k = 1; k <= 3; ++k) {
+    model.cases[1].nodal.push_back({2, k, F(k)});
+    model.cases[1].nodal.push_back({3, 3 + k, M(k)});
+  }
+  Folder folder;
+  folder.Solve(model);
+  const NodalValues r = folder.Reactions();
+  const double mass = 2 * (std::sqrt(10) + std::sqrt(14) + std::sqrt(18) + std::sqrt(14));
+  Vector3 force = F, moment = M + Cross({1, 0, 3}, F);
+  for (int n = 1; n <= 5; ++n) {
+    const auto& p = model.nodes[static_cast<std::size_t>(n - 1)];
+    const Vector3 R{r(2, n, 1), r(2, n, 2), r(2, n, 3)};
+    EXPECT_NEAR(n == 2 || n == 3 ? Length(R) : 0, 0, 1e-10) << "node " << n << " is free";
+    force = force + R;
+    moment = moment + Vector3{r(2, n, 4), r(2, n, 5), r(2, n, 6)} + Cross({p[0], p[1], p[2]}, R);
+  }
+  EXPECT_NEAR(Length(force), 0, 1e-10);
+  EXPECT_NEAR(Length(moment), 0, 1e-10);
+  for (int k = 1; k <= 3; ++k) {
+    const auto freedom = static_cast<std::size_t>(k - 1);
+    EXPECT_NEAR(r.totals.at(0).at(freedom), k == 2 ? 3 * mass : 0, 1e-10);
+    EXPECT_NEAR(r.totals.at(1).at(freedom), -F(k), 1e-10);
+  }
+}
+
+}  // namespace
+}  // namespace velmor::testing
