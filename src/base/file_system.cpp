@@ -150,16 +150,17 @@ void OutputFile::RemoveOlder() {
 
 OutputFile::~OutputFile() {
   if (descriptor_ < 0) return;
-  if (unfinished_ == Unfinished::Keep && !failed_ && CaughtSignal() == 0) {
+  const bool keep = unfinished_ == Unfinished::Keep && CaughtSignal() == 0;
+  if (keep) {
     try {
-      Close();
-      return;
+      Flush();
     } catch (const Failure&) {
-      // The stage is failing already; a file that cannot even keep what it had is discarded below.
+      // The disk is full: what it took before stays.
     }
   }
-  if (descriptor_ >= 0) ::close(descriptor_);
+  ::close(descriptor_);
   if (temporary_.empty()) return;
+  if (keep && ::rename(temporary_.c_str(), path_.c_str()) == 0) return;
   ::unlink(temporary_.c_str());
   ::unlink(path_.c_str());
 }

@@ -55,7 +55,7 @@ void AssembleStiffness(Run& run) {
     run.display.Refresh(run.form2);
     const int type = dat.Whole("element type");
     ClearElementAxes(run);
-    DispatchElement(run, dat, type, gaps);
+    WithRecord(record, type, [&] { DispatchElement(run, dat, type, gaps); });
   }
   gaps.Close();
   WarnOfStiffness(run);

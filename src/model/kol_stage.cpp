@@ -172,7 +172,7 @@ void PrepareModel(Run& run) {
   run.display.Refresh(run.form1);
   ItemReader tek(run.File(".TEK"));
   DimensionTables(tek, run.model);
-  if (!IsOn(run.flags.CompileStiffnessFlag) && !IsOn(run.flags.MassFlag)) return;
+  if (!PreparesModel(run.flags)) return;
 
   run.form1.Frame1.caption = "Kol 2.1";
   HideFailure(run.form1);
@@ -221,8 +221,7 @@ void RunKolStage(Run& run) {
     run.exitStatus = ExitStatusOf(*failure);
     return;
   }
-  const bool prepared = IsOn(run.flags.CompileStiffnessFlag) || IsOn(run.flags.MassFlag);
-  if (prepared && !ConstraintsExist(run)) {
+  if (PreparesModel(run.flags) && !ConstraintsExist(run)) {
     run.display.MessageBox("NO CONSTRAINS DEFINED");
     run.stopFlag = true;
     run.exitStatus = exit_status::BadInput;

@@ -135,7 +135,7 @@ void RunLineStressStage(Run& run) {
     ShowStageError(run, *failure);
     run.display.MessageBox("Error occured");
     run.display.Explain(NoticeOf(run.nsa.Frame1.caption, *failure));
-    run.exitStatus = ExitStatusOf(*failure);
+    NoteFailure(run, *failure);
   }
 }
 

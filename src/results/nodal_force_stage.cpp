@@ -94,7 +94,7 @@ void RunNodalForceStage(Run& run) {
     ShowFailure(run, *failure);
     run.display.MessageBox("PROCESS STOPPED");
     run.display.Explain(NoticeOf("Nodal Force 1.0", *failure));
-    run.exitStatus = ExitStatusOf(*failure);
+    NoteFailure(run, *failure);
   }
 }
 

@@ -113,6 +113,7 @@ PlateField PlateFieldOf(const StressPass& pass, const QuadrilateralRecord& quad,
       break;
     case 9:
     case 10: {
+      pass.plateTable.loaded = false;  // a type 11 element that follows reads PLAT.ELM again
       const HybridShear shear = quad.type == 10 ? HybridShear::Included : HybridShear::None;
       field.beta = MomentParameters(HybridPlateOf(m, a, b, shear), PlateDisplacements(pass, quad));
       break;

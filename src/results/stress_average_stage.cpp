@@ -7,6 +7,7 @@
 #include "model/model_file.hpp"
 #include "results/nodal_averages.hpp"
 #include "results/stress_support.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -113,11 +114,25 @@ void AverageFile(Run& run, const AveragedFile& names, const ModelTables& model, 
   byMaterialAndNode.Close();
 }
 
+/// The stresses of another model than that of NAME.TEK would leave zeros where elements have none.
+void WarnOfAnotherModel(Run& run, const ModelTables& model) {
+  int records = 0;
+  for (int e = 1; e <= model.elementCount; ++e) {
+    const int type = model.elements(e, 0);
+    if (RecordFormOf(type) != RecordForm::None) records += type == DoubleTriangleType ? 4 : 1;
+  }
+  if (records == run.sizes.ElementCount) return;
+  Warn(run, run.File(".TEK") + ": its elements make " + std::to_string(records) +
+                " element records, the stresses come from " + std::to_string(run.sizes.ElementCount) +
+                ": averages without a stress are 0");
+}
+
 void AverageStresses(Run& run) {
   TakeControlFile(run);
   const int materials = ReadMaterialCount(run);
   NodalAverages averages(materials, run.displacements.nodeCount);
   const ModelTables model = ReadElements(run);
+  WarnOfAnotherModel(run, model);
   AverageFile(run, {".NSR", ".NSA", ".RSA"}, model, averages);
   AverageFile(run, {".NSL", ".NLA", ".RLA"}, model, averages);
 }

@@ -2,6 +2,7 @@
 
 #include "model/element_records.hpp"
 #include "run/failure_answer.hpp"
+#include "run/model_warnings.hpp"
 #include "run/stage_support.hpp"
 
 namespace velmor {
@@ -30,6 +31,11 @@ void EndStressRun(Run& run, const Failure& failure) {
 std::string StressPercent(int part, int whole, std::source_location where) {
   if (whole == 0) throw Failure(error::DivisionByZero, "element records behind a count of 0", where);
   return " " + std::to_string(100LL * part / whole) + "%";
+}
+
+void WarnOfMissingRecords(Run& run, const ItemReader& dat, int records) {
+  Warn(run, dat.Path() + ": the file ends after " + std::to_string(records) + " of " +
+                std::to_string(run.sizes.ElementCount) + " element records: the rest has no stresses");
 }
 
 ItemReader& BeginLoadCase(Run& run, std::optional<ItemReader>& dat) {

@@ -30,21 +30,27 @@ std::string StressPercent(int part, int whole, std::source_location where = std:
 /// The first element record of NAME.DAT for one more load case. The file is read at the first one and stays in `dat`.
 ItemReader& BeginLoadCase(Run& run, std::optional<ItemReader>& dat);
 
+/// Tells that NAME.DAT ends before the records that its head promises.
+void WarnOfMissingRecords(Run& run, const ItemReader& dat, int records);
+
 /// Walks over the element records up to the end of NAME.DAT, with the percentage in `progress`, and calls
 /// element(record number, type) behind the type of each. The record number is that of a signed 16-bit integer:
 /// failure 6 beyond 32767.
 template <typename Element>
 void ForEachElementRecord(Run& run, ItemReader& dat, Label& progress, Element element,
                           std::source_location where = std::source_location::current()) {
-  for (int record = 0; !dat.AtEnd();) {
+  int record = 0;
+  while (!dat.AtEnd()) {
     const int type = dat.Whole("element type", where);
     progress.caption = StressPercent(record + 1, run.sizes.ElementCount, where);
     run.display.Refresh(run.nsa);
     if (record == std::numeric_limits<std::int16_t>::max()) {
       throw Failure(error::Overflow, dat.Describe("element record number") + " is too large", where);
     }
-    element(++record, type);
+    ++record;
+    WithRecord(record, type, [&] { element(record, type); });
   }
+  if (record < run.sizes.ElementCount) WarnOfMissingRecords(run, dat, record);
 }
 
 }  // namespace velmor

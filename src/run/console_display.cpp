@@ -114,8 +114,20 @@ void ConsoleDisplay::Refresh(const ProgressWindow& window) {
 
 void ConsoleDisplay::Refresh(const StressWindow& window) {
   ThrowIfInterrupted();
-  const std::string& progress = window.Label7.caption.empty() ? window.Label6.caption : window.Label7.caption;
-  ShowProgress(window.Frame1.caption, "", progress);
+  const std::string& stage = window.Frame1.caption;
+  const auto show = [&](std::string_view status, const std::string& progress) {
+    ShowProgress(stage, std::string(status), progress);
+  };
+  if (stage.starts_with("Line Element")) {
+    show(StressWindow::ElementStressesText, window.Label6.caption);
+  } else if (!stage.starts_with("Nodal Stress Average")) {
+    show(StressWindow::NodalStressesText, window.Label7.caption);
+  } else if (live_) {  // the place is put together only where it can be seen
+    show(StressWindow::NodalAveragesText, std::string(StressWindow::GroupText) + " " + window.Label8.caption + "  " +
+                                              std::string(StressWindow::NodeText) + " " + window.Label9.caption);
+  } else {
+    show(StressWindow::NodalAveragesText, "");
+  }
 }
 
 void ConsoleDisplay::Notice(const std::string& line) {

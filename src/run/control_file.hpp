@@ -18,6 +18,11 @@ struct AnalysisFlags {
 
 constexpr bool IsOn(int flag) { return flag == 1; }
 
+/// True where the Kol stage reads the whole model; otherwise the files of an earlier run serve.
+constexpr bool PreparesModel(const AnalysisFlags& flags) {
+  return IsOn(flags.CompileStiffnessFlag) || IsOn(flags.MassFlag);
+}
+
 /// EEM.CTR in the program folder: the model path without extension, then eight numbers.
 struct ControlFile {
   std::string modelName;

@@ -72,6 +72,7 @@ void RunStage(Run& run, const char* name, void (*stage)(Run&), std::initializer_
     RunStage(run, "Nodal Stress", RunNodalStressStage, {".NSR", ".NSL"});
     RunStage(run, "Nodal Stress Average", RunStressAverageStage, {".NSA", ".NLA", ".RSA", ".RLA"});
   }
+  run.report.isComplete = true;
   EndProgram(run, run.exitStatus);
 }
 
@@ -95,7 +96,9 @@ void LoadForm1(Run& run) {
   HideFailure(run.form1);
   StartUp(run);
   run.form1.caption = Caption();
-  RunStage(run, "Kol", RunKolStage, {".DAT"});
+  RunStage(run, "Kol", RunKolStage, {});  // the stage learns the model's name, so that its file is noted here
+  if (PreparesModel(run.flags) && FileSize(run.File(".DAT")) >= 0)
+    run.report.files.push_back(FindFile(run.File(".DAT")));
   if (!run.stopFlag) LoadForm2(run);
   run.form1.Command1.visible = run.form1.Command2.visible = run.form1.Command3.visible = true;
   run.display.Refresh(run.form1);
@@ -157,7 +160,7 @@ int RunProgram(Display& display, const std::string& programFolder) {
     LoadForm1(run);
     ServeMainWindow(run);
   } catch (const ProgramEnd& end) {
-    if (end.status == 0) run.display.ShowSummary(Summary(run));
+    if (run.report.isComplete) run.display.ShowSummary(Summary(run));
     return end.status;
   } catch (const Interrupted& interrupted) {
     DeleteFile(programFolder + ControlFileName);

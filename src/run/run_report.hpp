@@ -21,6 +21,7 @@ struct RunReport {
     std::array<double, 7> reaction{};  // sum of the nodal forces per freedom, from 1; by the Nodal Force stage
   };
 
+  bool isComplete = false;  // the run came to its end, perhaps past a stage that failed
   std::vector<Stage> stages;
   std::vector<LoadCase> loadCases;
   bool hasReactions = false;

@@ -46,6 +46,17 @@ void ShowMatrixSize(Run& run, int bound) {
   run.display.Refresh(run.form2);
 }
 
+Failure OfRecord(const Failure& failure, int record, int type) {
+  Failure named = failure;
+  static_cast<std::runtime_error&>(named) = std::runtime_error(
+      "element record " + std::to_string(record) + " of type " + std::to_string(type) + ": " + failure.what());
+  return named;
+}
+
+void NoteFailure(Run& run, const Failure& failure) {
+  if (run.exitStatus == exit_status::Complete) run.exitStatus = ExitStatusOf(failure);
+}
+
 void ShowFailure(Run& run, const Failure& failure) {
   run.form2.Label5 = {"Error No.", true};
   run.form2.Label6 = {"Error line", true};

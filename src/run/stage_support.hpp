@@ -48,6 +48,22 @@ std::optional<Failure> Attempt(Body body, std::source_location where = std::sour
   }
 }
 
+Failure OfRecord(const Failure& failure, int record, int type);
+
+/// Runs what a stage does with one element record; a failure of the arithmetic, which knows no element, gets the
+/// record's number and type.
+template <typename Body>
+void WithRecord(int record, int type, Body body) {
+  try {
+    body();
+  } catch (const Failure& failure) {
+    if (failure.number != error::DivisionByZero && failure.number != error::Overflow) throw;
+    throw OfRecord(failure, record, type);
+  }
+}
+/// A stage failed and the run goes on: its status becomes that of the process, unless an earlier one has.
+void NoteFailure(Run& run, const Failure& failure);
+
 /// Shows number and line of a failure on form2.
 void ShowFailure(Run& run, const Failure& failure);
 

@@ -28,16 +28,16 @@ std::string Bytes(std::int64_t bytes) {
 }
 
 void AddModel(const Run& run, std::vector<std::string>& lines) {
+  if (run.sizes.DofPerNode == 0) return;  // no stage has read the head of NAME.DAT
   const ModelSizes& sizes = run.sizes;
   lines.push_back(Format("Model %s: %d nodes, %d element records, %d equations, half bandwidth %d, matrix ",
                          run.modelName.c_str(), sizes.NodeCount, sizes.ElementCount, sizes.EquationCount(),
                          sizes.BandInput) +
                   Bytes(MatrixFileSize(sizes.EquationBound(), sizes.BandBound())));
+  if (!PreparesModel(run.flags)) return;
   std::map<int, int> elementsOfType;
   for (int e = 1; e <= run.model.elementCount; ++e) ++elementsOfType[run.model.elements(e, 0)];
-  const bool modelRead = IsOn(run.flags.CompileStiffnessFlag) || IsOn(run.flags.MassFlag);
   for (const auto& [type, count] : elementsOfType) {
-    if (!modelRead) break;
     const std::string name = type > 0 ? run.model.types.name[static_cast<std::size_t>(type)] : "passive";
     lines.push_back(Format("  %6d of type %d, %s", count, type, name.c_str()));
   }

@@ -91,8 +91,7 @@ struct StressWindow {
   static constexpr std::string_view GroupText = "Group No:";                   // beside Label8
   static constexpr std::string_view NodeText = "Node id:";                     // beside Label9
   std::string caption = "NSA 2.3";
-  std::string frame = "Stress Calculation";
-  Label Frame1;  // running stage, such as "Nodal Stress 2.1"
+  Label Frame1{"Stress Calculation"};  // then the running stage, such as "Nodal Stress 2.1"
   Label Label6, Label7, Label8, Label9;
   Label Label10{"", false}, Label11{"", false};  // beside Text3 and Text2
   TextBox Text2{"", false}, Text3{"", false};    // error line and error number
