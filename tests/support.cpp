@@ -134,7 +134,7 @@ void RecordingDisplay::Refresh(const ProgressWindow& window) {
 
 void RecordingDisplay::Refresh(const StressWindow& window) {
   nsa = window;
-  Note(window.Frame1.caption, "");
+  if (window.Frame1.caption != StressWindow{}.Frame1.caption) Note(window.Frame1.caption, "");
 }
 
 bool RecordingDisplay::Warned() const {
