@@ -10,6 +10,7 @@
 
 #include "base/item_writer.hpp"
 #include "base/vector3.hpp"
+#include "elements/membrane_quad.hpp"
 #include "model/element_records.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
@@ -255,6 +256,12 @@ TEST(SquarePlate, OfType6ConvergesWhereItIsThickAndLocksWhereItIsThin) {
   EXPECT_LT(MiddleOfSquarePlate(6, 16, Edge::Supported, 10)[0], 0.1 * exact);
 }
 
+TEST(SquarePlate, OfType10TakesAThirdOfTheShearDeflection) {
+  const double t = 300, shear = 1.2 * 0.0736713 * t * t / (4.2 * Side * Side);
+  const double thin = MiddleOfSquarePlate(9, 16, Edge::Supported, t)[0];
+  EXPECT_NEAR((MiddleOfSquarePlate(10, 16, Edge::Supported, t)[0] - thin) / shear, 0.35, 0.02);
+}
+
 TEST(SquarePlate, BendsAlikeWhereverItLiesAndHoweverItIsNumbered) {
   const Mesh mesh{{0, 200, 500, 800, 1000}, {0, 200, 500, 800, 1000}};
   for (const int type : {6, 8, 9, 10, 11}) {
@@ -420,7 +427,7 @@ TEST(SurfaceStage, AnswersTheValuesThatAnElementCannotTake) {
   const MappingTerms square{1, 0, 0, 0, 1, 0}, noA{0, 1, 0, 0, 1, 0}, noB{1, 0, 0, 1, 0, 0};
   const MappingTerms atGaussPoint{1, 0, 0, 0, 0.5773502691, 1}, atNode{1, 0, 0, 0, 1, 1};
   const Fields steel = Surface(210, 0.3, 2);
-  enum Outcome { Adds, AddsZeros, Skips, Divides };
+  enum Outcome { Adds, AddsZeros, AddsOnes, Skips, Divides };
   const struct {
     const char* name;
     std::vector<int> types;
@@ -445,7 +452,7 @@ TEST(SurfaceStage, AnswersTheValuesThatAnElementCannotTake) {
       {"t = 0 in a hybrid plate", {9, 10}, Surface(210, 0.3, 0), square, Divides},
       {"E = 0 in a membrane", {4, 5, 12}, Surface(0, 0.3, 2), square, AddsZeros},
       {"t = 0 in a membrane", {4, 5, 12}, Surface(210, 0.3, 0), square, AddsZeros},
-      {"t = 0 in a plate: its drilling term stays", {6, 8, 11}, Surface(210, 0.3, 0), square, Adds},
+      {"t = 0 in a plate: its drilling term stays", {6, 8, 11}, Surface(210, 0.3, 0), square, AddsOnes},
       {"no area at a Gauss point", {4, 6, 8, 11}, steel, atGaussPoint, Divides},
       {"no area at a node", {8}, steel, atNode, Divides},
       {"no area at a node, membrane", {4, 5, 11}, steel, atNode, Adds},
@@ -458,7 +465,35 @@ TEST(SurfaceStage, AnswersTheValuesThatAnElementCannotTake) {
       if (row.outcome == Divides) continue;
       const auto [height, entry] = stage.Largest();
       EXPECT_EQ(height, row.outcome == Skips ? 0 : 4 * DofPerNodeOf(row.analysisCode));
-      EXPECT_EQ(entry > 0, row.outcome == Adds);
+      EXPECT_EQ(entry > 0, row.outcome == Adds || row.outcome == AddsOnes);
+      if (row.outcome == AddsOnes) {
+        EXPECT_EQ(entry, 1) << "the drilling term";
+      }
+    }
+  }
+}
+
+TEST(SurfaceStage, GivesEachTypeItsMembrane) {
+  const MappingTerms map{3, 0, 0, 0, 2, 0};
+  const Material strained{.E = 210, .nu = 0.3, .A = 2, .planeStrain = 1};  // which tells type 12 from type 4
+  const std::pair<std::vector<int>, Table<12, 12>> membranes[] = {
+      {{4, 6, 8, 11}, IsoparametricMembraneStiffness(strained, map)},
+      {{5, 9, 10}, IncompatibleMembraneStiffness(strained, 3, 2)},
+      {{12}, RectangleMembraneStiffness(strained, 3, 2)}};
+  for (const auto& [types, K] : membranes) {
+    for (const int type : types) {
+      Stage stage(Surface(210, 0.3, 2, 1));
+      ASSERT_EQ(stage.With(type, map).FailureNumber(), 0);
+      const auto equation = [&](int local) {  // local freedoms u, v lie along x, y
+        const auto node = static_cast<std::size_t>((local - 1) / 2);
+        return stage.run.sizes.Equation(stage.quadrilaterals[0].nodes[node], 2 - local % 2);
+      };
+      for (int i = 1; i <= 8; ++i) {
+        for (int j = i; j <= 8; ++j) {
+          const auto [first, last] = std::minmax({equation(i), equation(j)});
+          EXPECT_EQ(stage.run.GlobalBand(first, last - first + 1), K(i, j)) << "type " << type << ": " << i << "," << j;
+        }
+      }
     }
   }
 }
