@@ -42,7 +42,7 @@ struct Page : Folder {
     for (const auto& [name, text] : examples.at(model)) {
       WriteFile(name.starts_with(model + ".") ? name : Program(name), text);
     }
-    return RunToEnd();
+    return Solve();
   }
   const std::filesystem::path before = std::filesystem::current_path();
   const std::map<std::string, std::map<std::string, std::string>> examples;

@@ -191,10 +191,10 @@ int Folder::Run(RecordingDisplay& display) const { return RunProgram(display, Pr
 
 std::vector<std::string> Folder::Solve(const Model& model) const {
   Write(model);
-  return RunToEnd();
+  return Solve();
 }
 
-std::vector<std::string> Folder::RunToEnd() const {
+std::vector<std::string> Folder::Solve() const {
   RecordingDisplay display;
   EXPECT_EQ(Run(display), 0);
   for (const std::string& message : display.messages) ADD_FAILURE() << "message box: " << message;

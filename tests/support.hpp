@@ -127,11 +127,11 @@ class Folder {
   void Write(const Model& model) const;
   /// Runs the program in this process; returns its exit status.
   int Run(RecordingDisplay& display) const;
-  /// Runs the program on a model that must come to its end without a message and without anything skipped or left out;
-  /// fails the test otherwise. Returns the warnings about the model itself, which a test may look at or leave.
-  std::vector<std::string> RunToEnd() const;
-  /// Writes a model and runs it to its end.
+  /// Writes and runs a model that must run to its end without a message and without anything skipped or left out; fails
+  /// the test otherwise. Returns the warnings about the model itself, which a test may look at or leave.
   std::vector<std::string> Solve(const Model& model) const;
+  /// The same for a model whose files are written.
+  std::vector<std::string> Solve() const;
 
   NodalValues Displacements() const;  // NAME.RVP
   NodalValues Reactions() const;      // NAME.KRT
