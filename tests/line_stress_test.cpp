@@ -11,28 +11,6 @@ namespace {
 
 constexpr double E = 2e5, nu = 0.3, A = 50, J = 30, Iy = 400, Wy = 80, Iz = 900, Wz = 120;
 
-TEST(LineStress, WritesTheFileItemByItem) {
-  // A bar of length 2 stretched by 2 and by -1, beside elements that have no lines.
-  Model model;
-  model.AddNode(0, 0);
-  model.AddNode(2, 0);
-  model.AddNode(2, 1);
-  for (const auto& [type, nodes] : std::vector<std::pair<int, std::vector<int>>>{
-           {2, {1, 2, 3}}, {16, {1}}, {1, {1, 2}}, {17, {1, 2}}, {0, {1, 2}}, {5, {1, 2, 3, 1}}, {1, {3, 2}}}) {
-    model.AddElement(type, nodes);
-  }
-  model.materials = {{100, 0.3, 1, 1}};
-  const auto stretch = [](double by) { return [=](const Vector3& p) { return Motion{{by * p.x, 0, 0}, {}}; }; };
-  Folder folder;
-  Recover(folder, model, {stretch(1), stretch(-0.5)});
-  const auto lines = [](const std::string& head, const std::string& axial, const std::string& size) {
-    const std::string middle = "0,0,0,0,0,0,0,0,0,0,0,";
-    return head + ",0," + axial + "," + middle + size + "\n" + axial + "," + middle + size + "\n";
-  };
-  EXPECT_EQ(folder.Read(".LES"), lines("3,1,2", "100", "100") + lines("6,3,2", "0", "0") + "\"END\"\n" +
-                                     lines("3,1,2", "-50", "50") + lines("6,3,2", "0", "0") + "\"END\"\n");
-}
-
 /// The lines of an element, by the names of their items.
 struct EndStress {
   double axial, shear2, shear1, bending1, bending2, equivalent;
@@ -108,27 +86,6 @@ TEST(LineStress, OfACantileverAreMomentByModulusAndForceByArea) {
     const double shear = bends ? 3 * (P * P + Q * Q) / (A * A) : 0, normal = N / A + std::abs(b1) + std::abs(b2);
     EXPECT_NEAR(root.equivalent, std::sqrt(normal * normal + shear), 1e-9);
     EXPECT_NEAR(end.equivalent, std::sqrt(N / A * N / A + shear), 1e-9);
-  }
-}
-
-TEST(LineStress, OfABeamBetweenTurnedEndsKeepsEquilibrium) {
-  // Ends turned alike: M = 6 E I r / L^2 at both, with opposite fibres in tension, and the shear of 2 M / L.
-  Model model;
-  model.AddNode(0, 0);
-  model.AddNode(L, 0);
-  model.AddElement(7, {1, 2});
-  model.materials = {{E, nu, 0, A, 0, 0, J, 0, Iy, Wy, Iz, Wz}};
-  Folder folder;
-  Recover(folder, model, {[](const Vector3&) { return Motion{{0, 0, 0}, {0, 2e-3, 1e-3}}; }});
-  const auto [root, end] = Ends(folder);
-  const double Mz = 6 * E * Iz * 1e-3 / L, My = -6 * E * Iy * 2e-3 / L;  // about the rotation axis -y of plane 1
-  EXPECT_NEAR(root.bending2, Mz / Wz, 1e-9);
-  EXPECT_NEAR(end.bending2, -Mz / Wz, 1e-9);
-  EXPECT_NEAR(root.bending1, My / Wy, 1e-9);
-  EXPECT_NEAR(end.bending1, -My / Wy, 1e-9);
-  for (const EndStress& at : {root, end}) {
-    EXPECT_NEAR(at.shear2, -2 * Mz / L / A, 1e-9);
-    EXPECT_NEAR(at.shear1, -2 * My / L / A, 1e-9);
   }
 }
 

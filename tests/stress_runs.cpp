@@ -15,8 +15,8 @@ void WriteAngles(const Folder& folder, const std::vector<double>& angles) {
   folder.Write(".rot", rot.str());
 }
 
-void Recover(const Folder& folder, Model model, const std::vector<MotionField>& fields,
-             const std::vector<double>& angles) {
+void Impose(const Folder& folder, Model model, const std::vector<MotionField>& fields,
+            const std::vector<double>& angles) {
   model.cases.assign(fields.size(), {});
   model.flags.SolveFlag = 0;
   model.flags.LineStressFlag = model.flags.FEStressFlag = 1;
@@ -38,10 +38,19 @@ void Recover(const Folder& folder, Model model, const std::vector<MotionField>& 
     rvp << "\"END\"\n";
   }
   folder.Write(".RVP", rvp.str());
+}
 
+void Recover(const Folder& folder, Model model, const std::vector<MotionField>& fields,
+             const std::vector<double>& angles) {
+  Impose(folder, std::move(model), fields, angles);
   RecordingDisplay display;
   EXPECT_EQ(folder.Run(display), 0);
   for (const FailureNotice& notice : display.notices) ADD_FAILURE() << notice.number << ": " << notice.description;
+}
+
+int RunStresses(const Folder& folder, RecordingDisplay& display, int analysisCode) {
+  folder.WriteControl(analysisCode, {.MassFlag = 0, .CompileStiffnessFlag = 0, .SolveFlag = 0});
+  return folder.Run(display);
 }
 
 std::vector<std::vector<double>> Lines(const Folder& folder, const std::string& extension, int loadCase) {
@@ -51,6 +60,15 @@ std::vector<std::vector<double>> Lines(const Folder& folder, const std::string& 
     return {};
   }
   return blocks[static_cast<std::size_t>(loadCase - 1)];
+}
+
+void ExpectItems(const std::vector<double>& line, int first, const std::vector<double>& expected, double tolerance) {
+  std::size_t item = static_cast<std::size_t>(first - 1);
+  ASSERT_GE(line.size(), item + expected.size());
+  for (const double value : expected) {
+    EXPECT_NEAR(line[item], value, tolerance) << "item " << item + 1;
+    ++item;
+  }
 }
 
 }  // namespace velmor::testing

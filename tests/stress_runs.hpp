@@ -31,12 +31,21 @@ inline const Plane Turned{{2.0 / 3, 1.0 / 3, 2.0 / 3}, {-2.0 / 3, 2.0 / 3, 1.0 /
 /// Writes NAME.rot with an angle in radians for each record of NAME.DAT.
 void WriteAngles(const Folder& folder, const std::vector<double>& angles);
 
-/// Recovers the stresses of given displacements, one field per load case, without solving. The run must end well.
+/// Writes a model with given displacements, one field per load case, and asks for its stresses without solving.
+void Impose(const Folder& folder, Model model, const std::vector<MotionField>& fields,
+            const std::vector<double>& angles = std::vector<double>(50));
+/// The same with the run, which must end well.
 void Recover(const Folder& folder, Model model, const std::vector<MotionField>& fields,
              const std::vector<double>& angles = std::vector<double>(50));
 
+/// The stress stages alone, on the files of an earlier run.
+int RunStresses(const Folder& folder, RecordingDisplay& display, int analysisCode = 3);
+
 /// Lines of one file and load case, counted from 1.
 std::vector<std::vector<double>> Lines(const Folder& folder, const std::string& extension, int loadCase = 1);
+
+/// The items of a line from `first` on, counted as in the file, are these numbers.
+void ExpectItems(const std::vector<double>& line, int first, const std::vector<double>& expected, double tolerance);
 
 /// A display through which a test meddles with the files of a run while a stress stage shows itself.
 class MeddlingDisplay : public RecordingDisplay {
