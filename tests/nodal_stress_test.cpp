@@ -246,8 +246,7 @@ TEST(NodalStress, PutsTheBendingColumnsInTheirPlaces) {
 }
 
 TEST(Stresses, AreWrittenItemByItem) {
-  // A triangle, a spring, a bar that is stretched, a passive element, a type 17, a shell with
-  // shear, and the bar from its other end; in two load cases.
+  // A triangle, a spring, a bar, a passive element, a type 17, a shell with shear, and the bar from its other end.
   Model model;
   for (const auto& [x, y] : Corners{{0, 0}, {2, 0}, {2, 2}, {0, 2}}) model.AddNode(x, y);
   model.AddElement(2, {2, 3, 1});
