@@ -201,5 +201,23 @@ TEST(ItemReader, RefusesACountThatTheFileCannotHold) {
   EXPECT_THROW(reader.ExpectItems(2'000'000'000, 2'000'000'000'000, "values"), Failure);
 }
 
+TEST(ItemReader, PassesAGivenStringAndLeavesAnyOther) {
+  for (const char* text : {"\"END\"", "END", " \"END\" ,", "END\n", "\"END\"\r\n"}) {
+    const TextFile file(text);
+    ItemReader reader(file.Path());
+    EXPECT_TRUE(reader.PassText("END")) << text;
+    EXPECT_TRUE(reader.AtEnd()) << text;
+    EXPECT_FALSE(reader.PassText("END")) << text;
+    reader.Rewind();
+    EXPECT_TRUE(reader.PassText("END")) << text;
+  }
+  for (const char* text : {"", "EN", "\"EN", "\"END", "ENDE", "\"ENDE\"", "\" END\"", "end", ",END", "1"}) {
+    const TextFile file(text);
+    ItemReader reader(file.Path());
+    EXPECT_FALSE(reader.PassText("END")) << text;
+    EXPECT_EQ(reader.AtEnd(), *text == 0) << text;
+  }
+}
+
 }  // namespace
 }  // namespace velmor::testing

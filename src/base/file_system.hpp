@@ -91,6 +91,13 @@ class OutputFile {
   void Write(const void* from, std::size_t bytes);
   /// Appends text through a buffer of the file's own.
   void Append(std::string_view text);
+  /// Room for so many bytes, no more than the buffer has, in which the next part of the file can be written as it is
+  /// made; Took says where that part ends.
+  char* Room(std::size_t bytes) {
+    if (bytes > BufferSize - used_) Flush();
+    return buffer_.get() + used_;
+  }
+  void Took(const char* end) { used_ = static_cast<std::size_t>(end - buffer_.get()); }
   void Close(std::source_location where = std::source_location::current());
 
  private:

@@ -1,6 +1,5 @@
 #include "base/item_writer.hpp"
 
-#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -9,39 +8,34 @@
 namespace velmor {
 namespace {
 
-// The longest shortest form of a Double has 24 characters.
-template <typename T>
-std::string_view Digits(std::array<char, 32>& room, T value) {
-  const auto result = std::to_chars(room.data(), room.data() + room.size(), value);
-  return {room.data(), static_cast<std::size_t>(result.ptr - room.data())};
-}
+constexpr std::size_t MostDigits = 32;  // the longest shortest form of a Double has 24
 
 }  // namespace
 
-void ItemWriter::Separate() {
-  if (lineStarted_) file_.Append(",");
+/// Room for an item, behind the comma that parts it from the one before.
+char* ItemWriter::BeginItem(std::size_t room) {
+  char* at = file_.Room(room + 1);
+  if (lineStarted_) *at++ = ',';
   lineStarted_ = true;
+  return at;
 }
 
 void ItemWriter::Item(int value) {
-  std::array<char, 32> room;
-  Separate();
-  file_.Append(Digits(room, value));
+  char* const at = BeginItem(MostDigits);
+  EndItem(std::to_chars(at, at + MostDigits, value).ptr);
 }
 
 void ItemWriter::Item(double value) {
   if (!std::isfinite(value)) throw Failure(error::Overflow, path_ + ": a result is no finite number", where_);
-  std::array<char, 32> room;
-  Separate();
-  file_.Append(value == 0 ? "0" : Digits(room, value));  // also for the zero with a minus sign
+  if (value == 0) return Item(0);  // also for the zero with a minus sign
+  char* const at = BeginItem(MostDigits);
+  EndItem(std::to_chars(at, at + MostDigits, value).ptr);
 }
 
 void ItemWriter::Item(std::string_view text) {
-  if (text.find('"') != text.npos) {
-    throw Failure(error::TypeMismatch, path_ + ": a string with a double quote cannot be written", where_);
-  }
-  Separate();
-  file_.Append("\"");
+  char* const at = BeginItem(1);
+  *at = '"';
+  EndItem(at + 1);
   file_.Append(text);
   file_.Append("\"");
 }
@@ -52,7 +46,9 @@ void ItemWriter::Print(std::string_view text) {
 }
 
 void ItemWriter::EndLine() {
-  file_.Append("\n");
+  char* const at = file_.Room(1);
+  *at = '\n';
+  file_.Took(at + 1);
   lineStarted_ = false;
 }
 

@@ -38,7 +38,8 @@ class ItemWriter {
   void Close(Place where = Place::current()) { file_.Close(where); }
 
  private:
-  void Separate();
+  char* BeginItem(std::size_t room);
+  void EndItem(const char* end) { file_.Took(end); }
 
   OutputFile file_;
   std::string path_;

@@ -43,7 +43,6 @@ void DisplacementTable::Require(int freedoms, std::source_location where) const 
 }
 
 void ReadDisplacements(Run& run, std::source_location where) {
-  run.displacements = DisplacementTable{};
   try {
     DisplacementFile file(run, where);
     file.ExpectCases(run.LoadCaseCount, where);

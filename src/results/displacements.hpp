@@ -31,8 +31,8 @@ class DisplacementFile {
   int caseLength_;
 };
 
-/// Displacements of all load cases. Read once per run by the first stress stage that needs them; empty before, and
-/// after a reading that failed.
+/// Displacements of all load cases. Read once per run by the first stress stage that needs them; empty before, and as
+/// long as a reading fails.
 struct DisplacementTable {
   bool isRead = false;
   int nodeCount = 0;
