@@ -1,9 +1,9 @@
 #include "support.hpp"
 
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <vector>
 
@@ -11,9 +11,9 @@ namespace velmor::bench {
 namespace {
 
 double Seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
+  const double start = ThreadSeconds();
   work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return ThreadSeconds() - start;
 }
 
 double Median(std::vector<double> values) {
@@ -23,6 +23,12 @@ double Median(std::vector<double> values) {
 }
 
 }  // namespace
+
+double ThreadSeconds() {
+  timespec now{};
+  ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
 
 void RunInTurn(benchmark::State& state, const std::function<void()>& ours, const std::function<void()>& peer) {
   std::vector<double> oursTimes, peerTimes, ratios;

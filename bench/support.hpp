@@ -10,6 +10,9 @@
 
 namespace velmor::bench {
 
+/// Processor time of this thread, in the program and in the system on its behalf. Others on the machine do not count.
+double ThreadSeconds();
+
 /// Times ours and its peer in turn, once each per iteration, so that both meet the same state of a shared machine, and
 /// reports the time of ours. The counter `ours_ms` and `peer_ms` are medians; `peer/ours` is the median of the ratios
 /// of single turns, and so is `ours/peer`.

@@ -23,7 +23,8 @@ struct Point {
   double x, y, z;
 };
 Point NodeAt(int i) {
-  const double across = 0.013 * (i % 800), along = 0.017 * (i / 800);
+  const int row = i / 800;
+  const double across = 0.013 * (i - 800 * row), along = 0.017 * row;
   return {25 * across / (1 + across), along, across * along / 7};
 }
 
@@ -106,8 +107,8 @@ bool Holds(const std::string& path, const std::vector<Point>& points) {
 }
 
 void BM_WriteText(benchmark::State& state) {
-  std::vector<Point> points;
-  for (int i = 0; i < 900'000; ++i) points.push_back(NodeAt(i));
+  std::vector<Point> points(900'000);
+  for (int i = 0; Point & p : points) p = NodeAt(i++);
   const ScratchFile ours("ours.RVP"), peers("peer.RVP");
   RunInTurn(
       state, [&] { WriteByItems(ours.Path(), points); }, [&] { WriteByStream(peers.Path(), points); });
