@@ -15,7 +15,7 @@ void NoDisplay(int) {}
 /// Largest |K u - f| where every entry of f is 1; K fresh from FillFullBand.
 double Residual(const BandMatrix& K, const Grid& u, int equations) {
   Grid product(1, equations);
-  MultiplyBand(K, u.RowStart(1), product.RowStart(1), equations, NoDisplay);
+  MultiplyBand(K, u, product, equations, NoDisplay);
   double largest = 0;
   for (int e = 1; e <= equations; ++e) largest = std::fmax(largest, std::abs(product(1, e) - 1));
   return largest;
