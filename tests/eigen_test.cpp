@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <functional>
@@ -175,23 +176,6 @@ Model Chain(int masses) {
   return model;
 }
 
-/// A plane beam in mm, N and tonnes. The lumped masses stand for m' = 1e-3 t/mm.
-constexpr double BeamLength = 8000, BeamEI = 210e3 * 8e7, BeamMass = 1e-3;
-Model PlaneBeam(int elements) {
-  Model model = EigenModel(2);
-  const double h = BeamLength / elements;
-  for (int i = 0; i <= elements; ++i) model.AddNode(i * h, 0);
-  for (int i = 1; i <= elements; ++i) model.AddElement(7, {i, i + 1});
-  model.materials = {{210e3, 0.3, 0, 1e6, 0, 0, 0, 0, 0, 0, 8e7, 0}};
-  SetEqualMasses(model, BeamMass * h);
-  return model;
-}
-
-/// omega L^2 sqrt(m' / (E I))
-double BeamFactor(double period) {
-  return 2 * StagePi / period * BeamLength * BeamLength * std::sqrt(BeamMass / BeamEI);
-}
-
 TEST(EigenSolver, KeepsTheBitsOfAnEliminationInEveryPass) {
   struct Case {
     int n, b;
@@ -225,81 +209,109 @@ TEST(EigenSolver, KeepsTheBitsOfAnEliminationInEveryPass) {
   }
 }
 
-TEST(EigenStage, FindsThePeriodsOfAChainOfFourMasses) {
+TEST(EigenStage, FindsTheModesOfAChainOfFourMasses) {
   Folder folder;
   folder.Solve(Chain(4));
   const auto modes = ReadModes(folder, 10);
   ASSERT_EQ(modes.size(), 4u);
-  for (int i = 1; i <= 4; ++i) {
-    const double f = std::sin((2 * i - 1) * std::numbers::pi / 18) / std::numbers::pi;
+  for (std::size_t i = 0; i < 4; ++i) {
+    const double f = std::sin((2.0 * static_cast<double>(i) + 1) * std::numbers::pi / 18) / std::numbers::pi;
     // The third mode has not settled after its 21 passes.
-    EXPECT_NEAR(1 / modes[static_cast<std::size_t>(i - 1)].period / f, 1, i == 3 ? 2e-5 : 1e-6) << "mode " << i;
+    EXPECT_NEAR(1 / modes[i].period / f, 1, i == 2 ? 2e-5 : 1e-6) << "mode " << i + 1;
+    const auto& shape = modes[i].shape;
+    for (std::size_t j = 0; j <= i; ++j) {
+      const double product = std::inner_product(shape.begin(), shape.end(), modes[j].shape.begin(), 0.0);
+      EXPECT_NEAR(product, i == j ? 1 : 0, 1e-12) << "modes " << i + 1 << " and " << j + 1;
+    }
+    for (std::size_t e : {0u, 1u, 3u, 5u, 7u, 9u}) EXPECT_EQ(shape[e], 0) << "supported";
   }
 }
 
-/// A beam held by supports at both ends; node 0 stands for the last one.
-Model HeldBeam(int elements, std::vector<Model::Support> supports) {
-  Model model = PlaneBeam(elements);
-  for (auto& support : supports) {
-    if (support.node == 0) support.node = elements + 1;
+TEST(EigenStage, FindsTheModesOfAFootbridge) {
+  // Unit forces on N - 1 equal steps in the pattern sin(i pi j / N) hold the Fourier terms i + 2 q N of the span, so
+  // that the lumped masses lower the frequency of the beam by the root of i^4 sum 1 / (i + 2 q N)^4. The masses on the
+  // rotations, 1 mm^2 each, add (i pi / L)^2.
+  constexpr double N = 24, L = 24000, EI = 210000 * 6.068e9, perLength = 1.2e-3;
+  Folder folder;
+  folder.WriteExample("footbridge");
+  folder.Solve();
+  const auto modes = ReadModes(folder, 75);
+  ASSERT_EQ(modes.size(), 10u);
+  // Antimetric modes have hardly settled after their 21 passes, and their neighbours pay for it.
+  const double tolerance[] = {0, 2e-7, 2e-7, 2e-7, 5e-5, 3e-7, 4e-3, 3e-5, 0.04, 3e-3, 0.08};
+  for (std::size_t i = 1; i <= 10; ++i) {
+    const double order = static_cast<double>(i), wave = order * std::numbers::pi / L;
+    double sum = 0;
+    for (int q = -1000; q <= 1000; ++q) sum += std::pow(order / (order + 2 * q * N), 4);
+    const double omega = wave * wave * std::sqrt(EI / perLength / sum / (1 + wave * wave));
+    EXPECT_NEAR(2 * std::numbers::pi / modes[i - 1].period / omega, 1, tolerance[i]) << "mode " << i;
   }
-  model.supports = std::move(supports);
+  // The same masses as weights: point loads, and so a sag of 5 q L^4 / (384 E I) (1 - 0.8 / N^2).
+  const double q = perLength * 9810, sag = 5 * q * std::pow(L, 4) / (384 * EI) * (1 - 0.8 / (N * N));
+  EXPECT_NEAR(folder.Displacements()(1, 13, 2) / -sag, 1, 1e-6);
+  EXPECT_NEAR(folder.Reactions()(1, 1, 2) / (12.5 * 1000 * q), 1, 1e-9);
+}
+
+TEST(EigenStage, FindsTheModesOfAClampedBeam) {
+  // Squared roots of cos x cosh x = 1; masses in points, a sixteenth apart. Units of mm, N, t.
+  constexpr int elements = 16;
+  constexpr double L = 8000, EI = 210e3 * 8e7, perLength = 1e-3;
+  Model model = EigenModel(2);
+  for (int i = 0; i <= elements; ++i) model.AddNode(i * L / elements, 0);
+  for (int i = 1; i <= elements; ++i) model.AddElement(7, {i, i + 1});
+  model.materials = {{210e3, 0.3, 0, 1e6, 0, 0, 0, 0, 0, 0, 8e7, 0}};
+  model.Fix(1, 3);
+  model.Fix(elements + 1, 3);
+  SetEqualMasses(model, perLength * L / elements);
+  Folder folder;
+  folder.Solve(model);
+  const auto modes = ReadModes(folder, 3 * (elements + 1));
+  const double roots[] = {22.373285, 61.672823, 120.903392}, tolerance[] = {8e-6, 5e-5, 2.2e-4};
+  for (std::size_t i = 0; i < 3; ++i) {
+    const double factor = 2 * std::numbers::pi / modes.at(i).period * L * L * std::sqrt(perLength / EI);
+    EXPECT_NEAR(factor / roots[i], 1, tolerance[i]) << "mode " << i + 1;
+  }
+}
+
+/// A simply supported plate of elements of 1 m, 50 mm thick, steel of 8000 kg/m^3; mm, N, t. Equal masses on all nodes,
+/// the motion in its plane held.
+Model SupportedPlate(int type, int lengths, int widths) {
+  constexpr double h = 1000;
+  Model model = EigenModel(3);
+  for (int j = 0; j <= widths; ++j) {
+    for (int i = 0; i <= lengths; ++i) {
+      const int node = model.AddNode(i * h, j * h);
+      for (int k : {1, 2, 6}) model.supports.push_back({node, k});
+      if (i % lengths == 0 || j % widths == 0) model.supports.push_back({node, 3});
+      if (i > 0 && j > 0) model.AddElement(type, {node - lengths - 2, node - lengths - 1, node, node - 1});
+    }
+  }
+  model.materials = {{200e3, 0.3, 0, 50}};
+  SetEqualMasses(model, 8e-9 * 50 * h * h);
   return model;
 }
 
-std::vector<double> BeamFactors(int elements, const std::vector<Model::Support>& supports) {
-  Folder folder;
-  folder.Solve(HeldBeam(elements, supports));
-  std::vector<double> factors;
-  for (const FoundMode& mode : ReadModes(folder, 3 * (elements + 1))) factors.push_back(BeamFactor(mode.period));
-  return factors;
-}
-
-TEST(EigenStage, FindsTheModesOfBeamsWithTheFourthPowerOfTheElementLength) {
+TEST(EigenStage, FindsTheModesOfASimplySupportedPlate) {
+  // NAFEMS: 10 m square, 2.377, 5.942 twice, 9.507 Hz. The last one is antimetric twice over and not in the start
+  // vector, so it is sought as the first mode of a quarter, the second ones of a half as well.
   struct Case {
-    const char* name;
-    std::vector<Model::Support> supports;
-    std::vector<double> factors;  // squared roots of the frequency equation
+    int lengths, widths;
+    std::vector<double> frequencies;
+    double tolerance;  // of masses in points, a metre apart
   };
-  const Case cases[] = {
-      {"simply supported", {{1, 1}, {1, 2}, {0, 2}}, {9.869604, 39.478418, 88.826440}},
-      {"clamped", {{1, 1}, {1, 2}, {1, 6}, {0, 1}, {0, 2}, {0, 6}}, {22.373285, 61.672823, 120.903392}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const auto coarse = BeamFactors(8, c.supports), fine = BeamFactors(16, c.supports);
-    for (std::size_t i = 0; i < c.factors.size(); ++i) {
-      const double error = 1 - fine.at(i) / c.factors[i];
-      EXPECT_LT(std::abs(error), 2.2e-4) << "mode " << i + 1;
-      EXPECT_NEAR((1 - coarse.at(i) / c.factors[i]) / error, 16, 11) << "mode " << i + 1;
-    }
-    EXPECT_NEAR(fine[0] / c.factors[0], 1, 8e-6);
-  }
-}
-
-TEST(EigenStage, FindsShapesThatSolveTheEigenproblem) {
-  constexpr int elements = 12, n = 3 * (elements + 1), b = 6;
-  Folder folder;
-  const Model model = HeldBeam(elements, {{1, 1}, {1, 2}, {0, 2}});
-  folder.Solve(model);
-  const StoredMatrix K(folder, n + 3);
-  const auto modes = ReadModes(folder, n);
-  ASSERT_EQ(modes.size(), 10u);
-  const double mass = BeamMass * BeamLength / elements;
-  for (std::size_t i = 0; i < 10; ++i) {
-    const auto& x = modes[i].shape;
-    for (std::size_t j = 0; j <= i; ++j) {
-      const double dot = std::inner_product(x.begin(), x.end(), modes[j].shape.begin(), 0.0);
-      EXPECT_NEAR(dot, i == j ? 1 : 0, 1e-9) << "modes " << i + 1 << " and " << j + 1;
-    }
-    for (const auto& s : model.supports) EXPECT_EQ(x[static_cast<std::size_t>(3 * (s.node - 1) + s.direction - 1)], 0);
-    if (i >= 4) continue;  // later ones have not settled after their 21 passes
-    const double omega2 = std::pow(2 * StagePi / modes[i].period, 2);
-    const auto X = [&](int e) { return e < 1 || e > n ? 0 : x[static_cast<std::size_t>(e - 1)]; };
-    for (int e = 4; e <= n - 3; ++e) {
-      double force = K(e, 1) * X(e);
-      for (int d = 2; d <= b; ++d) force += K(e, d) * X(e + d - 1) + (e >= d ? K(e - d + 1, d) * X(e - d + 1) : 0);
-      EXPECT_NEAR(force / (omega2 * mass), X(e), 1e-3) << "mode " << i + 1 << ", equation " << e;
+  for (const Case& c : {Case{10, 10, {2.377, 5.942, 5.942}, 0.01}, {10, 5, {5.942}, 0.01}, {5, 5, {9.507}, 0.03}}) {
+    for (int type : {8, 10}) {
+      SCOPED_TRACE(std::to_string(c.lengths) + " x " + std::to_string(c.widths) + ", type " + std::to_string(type));
+      Folder folder;
+      folder.Solve(SupportedPlate(type, c.lengths, c.widths));
+      std::vector<double> found;  // the sign of a period follows the larger of two equal peaks
+      for (const FoundMode& mode : ReadModes(folder, 6 * (c.lengths + 1) * (c.widths + 1))) {
+        found.push_back(std::abs(1 / mode.period));
+      }
+      std::sort(found.begin(), found.end());  // they do not come in order
+      for (std::size_t i = 0; i < c.frequencies.size(); ++i) {
+        EXPECT_NEAR(found.at(i) / c.frequencies[i], 1, c.tolerance);
+      }
     }
   }
 }
@@ -415,17 +427,6 @@ TEST(EigenStage, LeavesTheUnfactoredMatrixWithItsSupportsAndItsPi) {
   RunStiffnessStage(run);
   RunEigenStage(run);
   for (int e = 1; e <= 8; ++e) EXPECT_EQ(run.GlobalBand(e, 1), stored(e, 1));
-}
-
-TEST(EigenStage, HandsABandToTheStaticSolutionThatChangesNoResult) {
-  Model model = HeldBeam(8, {{1, 1}, {1, 2}, {0, 2}});
-  model.flags.SolveFlag = 1;
-  Folder with, without;
-  with.Solve(model);
-  model.flags.EigenFlag = 0;
-  without.Solve(model);
-  EXPECT_EQ(with.Read(".RVP"), without.Read(".RVP"));
-  EXPECT_FALSE(without.Has(".EIG"));
 }
 
 TEST(EigenStage, StopsAtOnceAndLeavesTheControlFile) {

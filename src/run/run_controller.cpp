@@ -54,7 +54,10 @@ void RunStage(Run& run, const char* name, void (*stage)(Run&), std::initializer_
   auto older = before.begin();
   for (const char* extension : extensions) {
     const FileStamp stamp = StampOf(run.File(extension));
-    if (stamp != *older++ && stamp != FileStamp{}) run.report.files.push_back(FindFile(run.File(extension)));
+    if (stamp == *older++ || stamp == FileStamp{}) continue;
+    const std::string file = FindFile(run.File(extension));
+    auto& files = run.report.files;
+    if (std::find(files.begin(), files.end(), file) == files.end()) files.push_back(file);
   }
 }
 
