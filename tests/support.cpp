@@ -226,14 +226,6 @@ std::vector<std::vector<std::vector<double>>> Folder::Blocks(const std::string& 
   return blocks;
 }
 
-void Folder::TakeExample(const std::string& name) {
-  name_ = name;
-  const fs::path from = fs::path(VELMOR_EXAMPLES_FOLDER) / name;
-  for (const auto& file : fs::directory_iterator(from)) fs::copy_file(file, root_ / file.path().filename());
-  const std::string control = ReadFile((from / "EEM.CTR").string());
-  WriteFile(Program("EEM.CTR"), "\"" + root_.string() + "/" + control.substr(1));
-}
-
 Grid Folder::Stiffness(int dof) const {
   std::istringstream head(Read(".DAT"));
   int nodes = 0, halfBandwidth = 0;

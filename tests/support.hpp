@@ -120,7 +120,7 @@ class Folder {
 
   std::string Program(const std::string& file = "") const { return (root_ / "program").string() + "/" + file; }
   /// Path of the model file with an extension such as ".TEK"; without one the model path of EEM.CTR.
-  std::string File(const std::string& extension = "") const { return (root_ / name_).string() + extension; }
+  std::string File(const std::string& extension = "") const { return (root_ / "model").string() + extension; }
   bool Has(const std::string& extension) const { return std::filesystem::exists(File(extension)); }
   void Write(const std::string& extension, const std::string& text) const;
   std::string Read(const std::string& extension) const;
@@ -137,10 +137,6 @@ class Folder {
   /// Writes a model first, then the same.
   std::vector<std::string> Solve(const Model& model) const;
 
-  /// Copies the file family of a model of examples/ beside the model "model" and EEM.CTR into the program folder, with
-  /// the model's path put before its name.
-  void TakeExample(const std::string& name);
-
   NodalValues Displacements() const;  // NAME.RVP
   NodalValues Reactions() const;      // NAME.KRT
   /// The items of a text file as numbers, lines by lines; a quoted string becomes no number but ends its block: the
@@ -151,7 +147,6 @@ class Folder {
 
  private:
   std::filesystem::path root_;
-  std::string name_ = "model";
 };
 
 void WriteFile(const std::string& path, const std::string& text);
