@@ -195,6 +195,15 @@ void Folder::Write(const Model& model) const {
 
 int Folder::Run(RecordingDisplay& display) const { return RunProgram(display, Program()); }
 
+void Folder::WriteExample(const std::string& name) const {
+  const fs::path example = fs::path(VELMOR_EXAMPLES_FOLDER) / name;
+  for (const char* extension : {".TEK", ".MLT", ".VPL", ".lcd", ".KNK", ".ell", ".rot"}) {
+    fs::copy_file(example / (name + extension), File(extension));
+  }
+  const ControlFile control = ReadControlFile(example.string() + "/");
+  WriteControl(control.analysisCode, control.flags);
+}
+
 std::vector<std::string> Folder::Solve(const Model& model) const {
   Write(model);
   return Solve();

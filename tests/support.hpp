@@ -129,6 +129,8 @@ class Folder {
 
   /// Writes the whole family of a model, EEM.CTR included.
   void Write(const Model& model) const;
+  /// Takes the file family of a model of examples/, EEM.CTR included.
+  void WriteExample(const std::string& name) const;
   /// Runs the program in this process; returns its exit status.
   int Run(RecordingDisplay& display) const;
   /// Runs the program on a model that must come to its end without a message and without anything skipped or left out;

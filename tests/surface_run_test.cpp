@@ -343,7 +343,7 @@ TEST(Examples, OfSurfacesHaveTheirFiguresCheckedByHand) {
   };
   for (const auto& [name, figures] : examples) {
     Folder folder;
-    folder.TakeExample(name);
+    folder.WriteExample(name);
     folder.Solve();
     const NodalValues u = folder.Displacements(), r = folder.Reactions();
     for (const auto& [result, loadCase, node, freedom, value, tolerance] : figures) {
