@@ -44,7 +44,7 @@ TriangleGeometry TriangleGeometryOf(const Vector3& a, const Vector3& b, const Ve
 
 QuadrilateralGeometry QuadrilateralGeometryOf(const std::array<Vector3, 4>& nodes, SecondDirection second,
                                               std::source_location where) {
-  const auto& [p1, p2, p3, p4] = nodes;
+  const Vector3 &p1 = nodes[0], &p2 = nodes[1], &p3 = nodes[2], &p4 = nodes[3];
   const Vector3 across = second == SecondDirection::MeanOfSides ? (p3 + p4 - p1 - p2) / 2 : (p4 - p1) / 2;
   QuadrilateralGeometry quad;
   quad.axes = TriadFrom((p2 + p3 - p1 - p4) / 2, across, where);
