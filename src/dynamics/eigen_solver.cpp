@@ -116,6 +116,7 @@ void Deflate(Column& x, const std::vector<Column>& modes, int n) {
 double NormaliseByLargest(Column& x, int n, std::source_location where) {
   double largest = 0;
   for (int i = 1; i <= n; ++i) {
+    if (!std::isfinite(x(i))) throw Failure(error::Overflow, "the iteration grows beyond all numbers", where);
     if (std::abs(x(i)) > std::abs(largest)) largest = x(i);
   }
   for (int i = 1; i <= n; ++i) x(i) = Divide(x(i), largest, where);

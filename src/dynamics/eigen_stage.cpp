@@ -167,6 +167,7 @@ void SolveEigenModes(Run& run) {
   const std::vector<Support> supports = ReadAllSupports(run);
   const int free = run.sizes.EquationCount() - static_cast<int>(supports.size());
   WarnOfUnequalMasses(run, MassDiagonal, supports);
+  WarnOfEigenModel(run, supports);
   FindModes(run, std::min(MostModes, free), supports, MassDiagonal, eig);
   eig.Close();
 }

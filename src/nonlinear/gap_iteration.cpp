@@ -1,5 +1,7 @@
 #include "nonlinear/gap_iteration.hpp"
 
+#include <cmath>
+
 #include "elements/assembly.hpp"
 #include "elements/gap_list.hpp"
 #include "elements/line_elements.hpp"
@@ -14,7 +16,8 @@ namespace velmor {
 namespace {
 
 constexpr int MostMaterials = 500;
-constexpr double LimitMargin = 0.01;  // of a gap's limit: what counts as reaching it when the passes are over
+constexpr double SettledFactor = 0.01;  // change of a gap's factor in one more pass: below, the gap has settled
+constexpr double LimitMargin = 0.01;    // of a gap's limit: what counts as reaching it when the passes are over
 
 /// Displacement of a node in load case 1, as the pass before left it.
 Vector3 NodeDisplacement(const Run& run, int node) {
@@ -66,11 +69,13 @@ void GapStiffnessPass(Run& run) {
     run.display.Refresh(run.form2);
     const int type = dat.Whole("element type");
     ClearElementAxes(run);
-    if (type == GapType) {
-      s = AddGap(run, dat, record, gaps);
-    } else {
-      PassOtherRecord(run, dat, type);
-    }
+    WithRecord(record, type, [&] {
+      if (type == GapType) {
+        s = AddGap(run, dat, record, gaps);
+      } else {
+        PassOtherRecord(run, dat, type);
+      }
+    });
     run.model.elementState(record) = type == BarType ? 1 : s;
   }
   gaps.Close();
@@ -79,7 +84,7 @@ void GapStiffnessPass(Run& run) {
 
 void ReportGaps(Run& run) {
   ItemReader dat = OpenElementRecords(run);
-  Finding lost, pulling;
+  Finding lost, pulling, unsettled;
   for (int record = 1; record <= run.sizes.ElementCount; ++record) {
     const int type = dat.Whole("element type");
     if (type != GapType) {
@@ -90,15 +95,19 @@ void ReportGaps(Run& run) {
     const double limit = LoadMaterial(run.materials, gap.material).rotation;
     const double shortening = -Elongation(run, gap);
     ++run.report.gaps;
-    if (shortening < limit * (1 - LimitMargin)) {
+    const double factor = run.model.State(record);
+    const bool settled = limit == 0 || std::abs(factor - GapFactor(-shortening, limit, factor)) < SettledFactor;
+    if (!settled) {
+      unsettled.Note(record);
+    } else if (shortening < limit * (1 - LimitMargin)) {
       ++run.report.openGaps;
     } else if (shortening > limit * (1 + LimitMargin)) {
       lost.Note(record);
-    } else if (run.model.State(record) < 0) {
+    } else if (factor < 0) {
       pulling.Note(record);
     }
   }
-  WarnOfGaps(run, lost, pulling);
+  WarnOfGaps(run, lost, pulling, unsettled);
 }
 
 void CompareDisplacements(Run& run) {

@@ -7,6 +7,7 @@
 #include "results/line_stress.hpp"
 #include "results/stress_support.hpp"
 #include "run/failure_answer.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -63,6 +64,10 @@ PlaneEndStress BendingStressOf(const StressedLine& line, BendingPlane plane, dou
   return BeamPlaneStress(motion, m.E, m.A, I, W, line.record.length);
 }
 
+void WarnOfStatelessGap(Run& run) {
+  if (!run.gapFlag) Warn(run, "model: gaps outside a gap run count as closed: their stress is E times their strain");
+}
+
 /// A bar, or a gap open or closed: the state of a gap is the part of its stiffness that holds.
 LineStress StressOfBar(const StressedLine& line, int record) {
   LineStress stress;
@@ -95,6 +100,7 @@ void WriteElementStress(Run& run, ItemReader& dat, ItemWriter& les, int loadCase
   switch (type) {
     case 1:
     case 14: {
+      if (type == GapType) WarnOfStatelessGap(run);
       const StressedLine line = ReadLine(run, dat, loadCase, type);
       return WriteLineStress(les, record, line, StressOfBar(line, record));
     }

@@ -27,7 +27,8 @@ void ShowStageError(Run& run, const Failure& failure);
 /// " 50%": the whole part of 100 times part by whole. Failure 11 if whole is 0.
 std::string StressPercent(int part, int whole, std::source_location where = std::source_location::current());
 
-/// The first element record of NAME.DAT for one more load case. The file is opened at the first one and stays open in `dat`.
+/// The first element record of NAME.DAT for one more load case. The file is opened at the first one and stays open in
+/// `dat`.
 ItemReader& BeginLoadCase(Run& run, std::optional<ItemReader>& dat);
 
 /// Tells that NAME.DAT ends before the records that its head promises.

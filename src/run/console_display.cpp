@@ -17,6 +17,8 @@ namespace velmor {
 namespace {
 
 constexpr std::chrono::milliseconds UpdateInterval{50};
+constexpr int MostAnswers =
+    1000;  // from a pipe; more is no person's input, and an endless pipe must not hold the program
 
 std::string LowerCase(std::string text) {
   for (char& c : text) c = 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -146,11 +148,13 @@ void ConsoleDisplay::Explain(const FailureNotice& notice) {
 }
 
 std::optional<std::string> ConsoleDisplay::Ask(const std::string& question) {
+  ThrowIfInterrupted();
   std::printf("%s ", question.c_str());
   std::fflush(stdout);
   std::string line;
-  if (!std::getline(std::cin, line)) {
-    ThrowIfInterrupted();
+  const bool answered = (::isatty(STDIN_FILENO) == 1 || ++answers_ <= MostAnswers) && std::getline(std::cin, line);
+  ThrowIfInterrupted();
+  if (!answered) {
     std::printf("\n");
     return std::nullopt;
   }

@@ -38,6 +38,7 @@ class ConsoleDisplay : public Display {
   bool lineOpen_ = false;
   std::string stage_, status_;  // as last shown
   std::chrono::steady_clock::time_point stageStart_{}, nextUpdate_{};
+  int answers_ = 0;       // taken from standard input
   std::string argument_;  // what stood behind a command
 };
 

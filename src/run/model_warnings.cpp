@@ -365,7 +365,28 @@ void WarnOfUnequalMasses(Run& run, const Column& MassDiagonal, const std::vector
                "periods are true only where every free freedom has the same mass");
 }
 
-void WarnOfGaps(Run& run, const Finding& lost, const Finding& pulling) {
+void WarnOfEigenModel(Run& run, const std::vector<Support>& supports) {
+  Finding prescribed, skipped;
+  for (const Support& support : supports) {
+    if (support.direction > run.sizes.DofPerNode) {
+      skipped.Note(support.node);
+    } else if (support.value != 0) {
+      prescribed.Note(run.sizes.Equation(support.node, support.direction));
+    }
+  }
+  TellFreedoms(run, prescribed, "supports with a value in an eigen run",
+               "the value loads the iteration, the modes are none");
+  TellNodes(run, skipped, "supports of freedoms that the model has not",
+            "the eigen run counts them all the same and looks for fewer modes");
+  if (static_cast<int>(supports.size()) >= run.sizes.EquationCount()) {
+    Warn(run, "model: as many support lines as equations: no mode is looked for");
+  }
+  if (run.gapFlag) Warn(run, "model: gaps in an eigen run: the modes are those with every gap open");
+}
+
+void WarnOfGaps(Run& run, const Finding& lost, const Finding& pulling, const Finding& unsettled) {
+  TellRecords(run, unsettled, "gaps that had not settled when the passes ended",
+              "the change of a pass is compared with 1e-8 in the model's units: choose millimetres");
   TellRecords(run, lost, "gaps shortened beyond their limit (field 6)",
               "the iteration has lost these supports, the results are those of a model without them");
   TellRecords(run, pulling, "gaps that pull at their limit (field 6)",

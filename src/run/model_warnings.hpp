@@ -51,8 +51,11 @@ void WarnOfLooseFreedoms(Run& run, double tinyPivot);
 /// Unequal masses of the freedoms that no support holds: MassDiagonal(e), e from 1. By the eigen stage.
 void WarnOfUnequalMasses(Run& run, const Column& MassDiagonal, const std::vector<Support>& supports);
 
+/// What an eigen run makes of a model that asks more of it: prescribed values, gaps, more support lines than equations.
+void WarnOfEigenModel(Run& run, const std::vector<Support>& supports);
+
 /// Gaps that the iteration left where no one-sided support can be, by element records: shortened beyond their limit, or
-/// pulling at it. By the gap stage at its end.
-void WarnOfGaps(Run& run, const Finding& lost, const Finding& pulling);
+/// pulling at it; and gaps whose factor would still change. By the gap stage at its end.
+void WarnOfGaps(Run& run, const Finding& lost, const Finding& pulling, const Finding& unsettled);
 
 }  // namespace velmor
