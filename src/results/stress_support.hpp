@@ -27,7 +27,8 @@ void ShowStageError(Run& run, const Failure& failure);
 /// " 50%": the whole part of 100 times part by whole. Failure 11 if whole is 0.
 std::string StressPercent(int part, int whole, std::source_location where = std::source_location::current());
 
-/// The first element record of NAME.DAT for one more load case. The file is read at the first one and stays in `dat`.
+/// The first element record of NAME.DAT for one more load case. The file is opened at the first one and stays open in
+/// `dat`.
 ItemReader& BeginLoadCase(Run& run, std::optional<ItemReader>& dat);
 
 /// Walks over the element records up to the end of NAME.DAT, with the percentage in `progress`, and calls
