@@ -184,6 +184,17 @@ Model Stop(bool trips) {
   return model;
 }
 
+/// A bar that just reaches a stop, in metres, where the passes end too early, or in millimetres.
+Model UnsettledStop(bool trips) {
+  Model model = Line(1, 1);
+  const int wall = model.AddNode(200, 0);
+  model.Fix(wall, 2);
+  model.AddElement(14, {2, wall}, 2);
+  model.materials = {{1000, 0, 0, 100}, {2000, 0, 0, 100, 0, trips ? 1e-5 : 1e-2}};
+  model.cases[0].nodal[0].value = trips ? 0.02 : 20;
+  return model;
+}
+
 bool Tells(const std::vector<std::string>& warnings, const std::string& part) {
   return std::any_of(warnings.begin(), warnings.end(),
                      [&](const std::string& warning) { return warning.find(part) != std::string::npos; });
@@ -221,6 +232,7 @@ const struct {
     {"in runs of fewer than 4 elements: 1, first element 4:", LoadedBeams},
     {"in runs of fewer than 4 elements: 4, first element 1:", LoadedCorner},
     {"gaps shortened beyond their limit (field 6): 1, first record 2:", Stop},
+    {"gaps that had not settled when the passes ended: 1, first record 2:", UnsettledStop},
 };
 
 TEST(Warnings, TellWhatAModelAsksTooMuch) {
@@ -263,6 +275,21 @@ TEST(Warnings, TellUnequalMassesOfFreeFreedoms) {
   masses(4) = 2.9;
   WarnOfUnequalMasses(run, masses, {{1, 1, 0}, {1, 3, 0}});
   EXPECT_TRUE(Tells(display.warnings, "less mass than the heaviest: 1, first node 2 in y:"));
+}
+
+TEST(Warnings, TellWhatAnEigenRunMakesOfItsSupports) {
+  PlaneModel model;
+  auto& [display, run] = model;
+  WarnOfEigenModel(run, {{1, 1, 0}, {1, 2, 0}});
+  EXPECT_TRUE(display.warnings.empty());
+  WarnOfEigenModel(run, {{2, 1, 0.5}, {1, 3, 0}, {2, 3, 0}});
+  EXPECT_TRUE(Tells(display.warnings, "supports with a value in an eigen run: 1, first node 2 in x:"));
+  EXPECT_TRUE(Tells(display.warnings, "supports of freedoms that the model has not: 2, first node 1:"));
+  EXPECT_FALSE(Tells(display.warnings, "no mode is looked for"));
+  run.gapFlag = true;
+  WarnOfEigenModel(run, std::vector<Support>(static_cast<std::size_t>(run.sizes.EquationCount()), Support{1, 1, 0}));
+  EXPECT_TRUE(Tells(display.warnings, "no mode is looked for"));
+  EXPECT_TRUE(Tells(display.warnings, "gaps in an eigen run"));
 }
 
 }  // namespace
