@@ -307,7 +307,7 @@ TEST(Failures, NoItemOfAnyFileCanMakeARunLie) {
         folder.WriteControl(3, model.flags);
         RecordingDisplay display;
         const bool told = folder.Run(display) != 0 || display.Warned();
-        EXPECT_TRUE(told || (item != "" && item != "word"));
+        EXPECT_TRUE(told || (!item.empty() && item != "word"));
         EXPECT_TRUE(told || folder.Blocks(".RVP").at(0).size() == 1u + 3);
       }
     }
