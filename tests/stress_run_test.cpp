@@ -143,6 +143,7 @@ TEST(StressStages, TakeAGapForABar) {
   velmor::Run run(display, folder.Program());
   run.model.nodeCount = 2;
   run.LoadCaseCount = 1;
+  run.gapFlag = true;
   for (const double state : {1.0, 0.25, 0.0}) {
     run.model.elementState = Column(1, state);
     RunLineStressStage(run);
@@ -150,6 +151,11 @@ TEST(StressStages, TakeAGapForABar) {
     RunNodalStressStage(run);
     EXPECT_EQ(Lines(folder, ".NSR")[1][4], 100);
   }
+  EXPECT_TRUE(display.warnings.empty());
+  run.gapFlag = false;  // the stresses alone, on the files of an earlier run
+  RunLineStressStage(run);
+  ASSERT_EQ(display.warnings.size(), 1u);
+  EXPECT_NE(display.warnings[0].find("gaps outside a gap run count as closed"), std::string::npos);
 }
 
 TEST(StressStages, WriteNothingWithoutLoadCases) {
