@@ -15,8 +15,7 @@ struct Pivot {
 /// What the kernels work on: plain pointers, since they are compiled for processors of their own (see
 /// band_kernel_tiles.hpp). Equations and columns count from 1, load cases from 0.
 struct BandWork {
-  double* band;         // entry (e, j) at band[e * step + j], the height of row e at column e - 1
-  std::ptrdiff_t step;  // a multiple of 8; columns 1, 9, 17, ... begin a cache line
+  double* const* rows;  // entry (e, j) at rows[e][j], the height of row e at column e - 1; 1..equations + 16
   int width;            // columns that a row has room for, from the diagonal on
   int equations;
 
@@ -26,10 +25,9 @@ struct BandWork {
 
   // Work space of the elimination, zero at the start.
   double* reciprocal;   // 1 / pivot of the rows done; 0..equations
-  double* end;          // last column in use of each row; 1..equations + 8
+  double* end;          // last column in use of each row, any fraction beside it; 1..equations + 8
   Pivot* pivots;        // width
   double* multipliers;  // 8 width
-  double* spareRow;     // width + 32 zeros, for the rows that the last tile lacks
 
   // The same for blocks of rows, null if the rows go tile by tile.
   static constexpr int BlockRows = 96;  // and as many pivots at a time

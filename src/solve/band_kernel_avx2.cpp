@@ -18,6 +18,7 @@ struct Avx2 {
   static void Store(double* p, Vector x) { _mm256_storeu_pd(p, x); }
   static Vector Load(const double* p, Mask lanes) { return _mm256_maskload_pd(p, lanes); }
   static void Store(double* p, Mask lanes, Vector x) { _mm256_maskstore_pd(p, lanes, x); }
+  static Vector Choose(Vector a, Vector b, Mask lanes) { return _mm256_blendv_pd(a, b, _mm256_castsi256_pd(lanes)); }
   static Vector Multiply(Vector a, Vector b) { return _mm256_mul_pd(a, b); }
   static Vector SubtractProduct(Vector x, Vector a, Vector b) { return _mm256_fnmadd_pd(a, b, x); }
   static Vector Divide(Vector a, Vector b, Mask lanes) { return Choose(a, _mm256_div_pd(a, b), lanes); }
@@ -35,7 +36,6 @@ struct Avx2 {
 
  private:
   static constexpr long long OnThenOff[2 * Lanes] = {-1, -1, -1, -1, 0, 0, 0, 0};
-  static Vector Choose(Vector a, Vector b, Mask lanes) { return _mm256_blendv_pd(a, b, _mm256_castsi256_pd(lanes)); }
 };
 
 }  // namespace

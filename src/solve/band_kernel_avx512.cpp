@@ -18,6 +18,7 @@ struct Avx512 {
   static void Store(double* p, Vector x) { _mm512_storeu_pd(p, x); }
   static Vector Load(const double* p, Mask lanes) { return _mm512_maskz_loadu_pd(lanes, p); }
   static void Store(double* p, Mask lanes, Vector x) { _mm512_mask_storeu_pd(p, lanes, x); }
+  static Vector Choose(Vector a, Vector b, Mask lanes) { return _mm512_mask_mov_pd(a, lanes, b); }
   static Vector Multiply(Vector a, Vector b) { return _mm512_mul_pd(a, b); }
   static Vector SubtractProduct(Vector x, Vector a, Vector b) { return _mm512_fnmadd_pd(a, b, x); }
   static Vector Divide(Vector a, Vector b, Mask lanes) { return _mm512_mask_div_pd(a, lanes, a, b); }

@@ -57,20 +57,16 @@ struct Tiles {
   struct RowTile {
     const BandWork& work;
     int first;  // its first equation
-    double* row[Rows];
+    double* const* row;
 
-    RowTile(const BandWork& w, int firstEquation) : work(w), first(firstEquation) {
-      for (int r = 0; r < Rows; ++r) {
-        row[r] = first + r <= w.equations ? w.band + (first + r) * w.step : w.spareRow - first;
-      }
-    }
+    RowTile(const BandWork& w, int firstEquation) : work(w), first(firstEquation), row(w.rows + firstEquation) {}
 
     /// Lanes of the vector from column C on that belong to row r.
     typename S::Mask Own(int r, int C) const {
       return S::And(S::From(first + r - C), S::First(first + r + work.width - C));
     }
-    /// From an entry to the one of the next tile that stands as far from the diagonal.
-    std::ptrdiff_t Ahead() const { return Rows * (work.step + 1); }
+    /// Asks for the entries of the next tile that stand as far from the diagonal as column C of row r.
+    void FetchAhead(int r, int C) const { __builtin_prefetch(row[Rows + r] + Rows + C, 1); }
     /// Whether all rows have all columns from C on to the end of a strip.
     bool Holds(int C) const { return C >= first + Rows - 1 && C + Columns <= first + work.width; }
   };
@@ -83,7 +79,7 @@ struct Tiles {
 #pragma GCC unroll 8
       for (int v = 0; v < Strip; ++v) {
         const int column = C + v * Lanes;
-        __builtin_prefetch(tile.row[r] + column + tile.Ahead(), 1);
+        tile.FetchAhead(r, column);
         x[r][v] = Edge ? S::Load(tile.row[r] + column, tile.Own(r, column)) : S::Load(tile.row[r] + column);
       }
     }
@@ -124,35 +120,26 @@ struct Tiles {
   }
 
   /// Lists the pivot rows from..to that have a multiplier other than zero for a row of the tile of equations J.. and
-  /// raises these rows' ends. WithSquare takes them off the square on the diagonal at the same time.
-  template <bool WithSquare>
-  static void ListPivots(const BandWork& work, PivotList& list, int J, int from, int to, Vector (&square)[Rows]) {
+  /// raises these rows' ends.
+  static void ListPivots(const BandWork& work, PivotList& list, int J, int from, int to) {
     Vector ends = S::Load(work.end + J);
-    Vector x[Rows];
-#pragma GCC unroll 8
-    for (int r = 0; r < Rows; ++r) x[r] = square[r];
     Pivot* pivot = list.pivots;
     double* f = list.multipliers;
     for (int i = from; i <= to; ++i) {
       const double end = work.end[i];
       if (end < J) continue;
-      const double* const row = work.band + i * work.step;
-      const Vector entries = S::Load(row + J, S::First(i + work.width - J));
+      const double* const row = work.rows[i];
+      const int limit = i + work.width;
+      const Vector entries = J + Lanes <= limit ? S::Load(row + J) : S::Load(row + J, S::First(limit - J));
       const auto nonZero = S::NonZero(entries);
       if (!S::Any(nonZero)) continue;
       S::Store(f, S::Multiply(S::Set(work.reciprocal[i]), entries));
       ends = S::Max(ends, S::Set(end), nonZero);
-      if (WithSquare) {
-#pragma GCC unroll 8
-        for (int r = 0; r < Rows; ++r) x[r] = S::SubtractProduct(x[r], S::Set(f[r]), entries);
-      }
-      *pivot++ = {row, i, static_cast<int>(end), i + work.width};
+      *pivot++ = {row, i, static_cast<int>(end), limit};
       f += Lanes;
     }
     list.count = static_cast<int>(pivot - list.pivots);
     S::Store(work.end + J, ends);
-#pragma GCC unroll 8
-    for (int r = 0; r < Rows; ++r) square[r] = x[r];
   }
 
   /// Takes the listed pivots off the loads of Cases load cases, the rows of the tile as one vector.
@@ -173,13 +160,41 @@ struct Tiles {
     for (int c = 0; c < Cases; ++c) S::Store(work.loads + (firstCase + c) * work.loadStep + J, lanes, x[c]);
   }
 
-  static void ReduceAllLoads(const BandWork& work, const PivotList& list, int J) {
-    int c = 0;
+  static void ReduceLoadsFrom(int c, const BandWork& work, const PivotList& list, int J) {
     for (; c + 4 <= work.loadCases; c += 4) ReduceLoads<4>(work, list, J, c);
     for (; c < work.loadCases; ++c) ReduceLoads<1>(work, list, J, c);
   }
 
   // ---- a tile of rows to the end ----
+
+  /// Takes the listed pivots off the square on the diagonal, which is returned, and off the first load case, whose one
+  /// chain of operations alone would take as long as the square's eight.
+  template <bool WithLoad>
+  static void SubtractFromSquare(const RowTile& tile, const PivotList& list, Vector (&square)[Rows]) {
+    const int J = tile.first;
+    const double* const loads = tile.work.loads;
+    const auto lanes = S::First(tile.work.equations - J + 1);
+    Vector load = S::Zero();
+    if (WithLoad) load = S::Load(loads + J, lanes);
+    Vector x[Rows];
+#pragma GCC unroll 8
+    for (int r = 0; r < Rows; ++r) {
+      tile.FetchAhead(r, J);
+      x[r] = S::Load(tile.row[r] + J, tile.Own(r, J));
+    }
+    const double* f = list.multipliers;
+    for (int k = 0; k < list.count; ++k, f += Lanes) {
+      const Pivot& pivot = list.pivots[k];
+      const Vector entries =
+          J + Lanes <= pivot.limit ? S::Load(pivot.row + J) : S::Load(pivot.row + J, S::First(pivot.limit - J));
+      if (WithLoad) load = S::SubtractProduct(load, S::Load(f), S::Set(loads[pivot.equation]));
+#pragma GCC unroll 8
+      for (int r = 0; r < Rows; ++r) x[r] = S::SubtractProduct(x[r], S::Set(f[r]), entries);
+    }
+#pragma GCC unroll 8
+    for (int r = 0; r < Rows; ++r) square[r] = x[r];
+    if (WithLoad) S::Store(tile.work.loads + J, lanes, load);
+  }
 
   using Triangle = double[Rows][Lanes];  // multipliers of row r for the rows s > r of its own tile, 0 elsewhere
 
@@ -275,12 +290,13 @@ struct Tiles {
     const RowTile tile(work, J);
     PivotList list{work.pivots, work.multipliers};
     Triangle triangle;
+    ListPivots(work, list, J, from, J - 1);
     Vector square[Rows];
-    for (int r = 0; r < Rows; ++r) {
-      __builtin_prefetch(tile.row[r] + J + tile.Ahead(), 1);
-      square[r] = S::Load(tile.row[r] + J, tile.Own(r, J));
+    if (work.loadCases > 0) {
+      SubtractFromSquare<true>(tile, list, square);
+    } else {
+      SubtractFromSquare<false>(tile, list, square);
     }
-    ListPivots<true>(work, list, J, from, J - 1, square);
     const int failed = EliminateSquare(tile, square, triangle);
     const int end = StoreHeights(tile);
     int k = 0;
@@ -292,7 +308,7 @@ struct Tiles {
         EliminateStrip<true>(tile, list, k, triangle, C);
       }
     }
-    ReduceAllLoads(work, list, J);
+    ReduceLoadsFrom(1, work, list, J);
     ReduceLoadsInTile(work, triangle, J);
     return failed;
   }
@@ -302,7 +318,7 @@ struct Tiles {
   /// Copies columns C.. of the pivot rows from..to one below the other, zeros where a row has no place for them.
   static void CopyStrip(const BandWork& work, int from, int to, int C, double* copy) {
     for (int i = from; i <= to; ++i, copy += Columns) {
-      const double* const row = work.band + i * work.step;
+      const double* const row = work.rows[i];
 #pragma GCC unroll 8
       for (int v = 0; v < Strip; ++v) {
         const int column = C + v * Lanes;
@@ -328,14 +344,13 @@ struct Tiles {
       if (work.end[i] > end) end = static_cast<int>(work.end[i]);
     }
     int tiles = 0;
-    Vector none[Rows] = {};
     for (int J = first; J <= last; J += Rows, ++tiles) {
       PivotList& list = lists[tiles];
       list = {work.groupPivots + tiles * BandWork::BlockRows,
               work.groupMultipliers + tiles * BandWork::BlockRows * Rows};
-      ListPivots<false>(work, list, J, from, to, none);
+      ListPivots(work, list, J, from, to);
       for (int k = 0; k < list.count; ++k) list.pivots[k].row = work.strip + (list.pivots[k].equation - from) * Columns;
-      ReduceAllLoads(work, list, J);
+      ReduceLoadsFrom(0, work, list, J);
     }
     int reaching = from;
     for (int C = first; C <= end; C += Columns) {
@@ -381,26 +396,28 @@ struct Tiles {
     int end[Count];
     int common = work.equations;  // up to here all rows have entries
     for (int r = 0; r < Count; ++r) {
-      row[r] = work.band + (J + r) * work.step;
+      row[r] = work.rows[J + r];
       end[r] = J + r - 1 + static_cast<int>(row[r][J + r - 1]);
       if (end[r] < common) common = end[r];
     }
     if (common < J + Count - 1) common = J + Count - 1;
+    double* const* const next = work.rows + (J > 8 ? J - 8 : J);  // the rows to be fetched ahead
+    const int place = J % work.windowRows;
     double* ring = work.window;
     for (int first = 0; first < work.loadCases; first += Lanes, ring += 2 * work.windowRows * Lanes) {
       const int cases = work.loadCases - first < Lanes ? work.loadCases - first : Lanes;
       double* const loads = work.loads + first * work.loadStep + J;
-      const double* const later = ring + J % work.windowRows * Lanes;  // unknown J + k at later[k * Lanes]
+      const double* const later = ring + place * Lanes;  // unknown J + k at later[k * Lanes]
       Vector x[Count];
       for (int r = 0; r < Count; ++r) {
-        double load[Lanes] = {};
-        for (int c = 0; c < cases; ++c) load[c] = loads[c * work.loadStep + r];
-        x[r] = S::Load(load);
+        x[r] = S::Zero();
+        for (int c = 0; c < cases; ++c) x[r] = S::Choose(S::Set(loads[c * work.loadStep + r]), x[r], S::First(c));
         for (int j = end[r]; j > common; --j) {
           x[r] = S::SubtractProduct(x[r], S::Set(row[r][j]), S::Load(later + (j - J) * Lanes));
         }
       }
       for (int j = common; j >= J + Count; --j) {
+        __builtin_prefetch(next[j % 8] + j - 8);
         const Vector unknown = S::Load(later + (j - J) * Lanes);
 #pragma GCC unroll 8
         for (int r = 0; r < Count; ++r) x[r] = S::SubtractProduct(x[r], S::Set(row[r][j]), unknown);
@@ -414,10 +431,10 @@ struct Tiles {
         x[r] = S::Divide(x[r], S::Set(row[r][J + r]), S::NonZero(x[r]));
       }
       for (int r = 0; r < Count; ++r) {
-        double* const place = ring + (J + r) % work.windowRows * Lanes;
-        S::Store(place, x[r]);
-        S::Store(place + work.windowRows * Lanes, x[r]);
-        for (int c = 0; c < cases; ++c) loads[c * work.loadStep + r] = place[c];
+        double* const solved = ring + (place + r < work.windowRows ? place + r : place + r - work.windowRows) * Lanes;
+        S::Store(solved, x[r]);
+        S::Store(solved + work.windowRows * Lanes, x[r]);
+        for (int c = 0; c < cases; ++c) loads[c * work.loadStep + r] = solved[c];
       }
     }
   }

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <memory>
+#include <vector>
 
 #include "base/memory.hpp"
 #include "solve/band_kernel.hpp"
+#include "solve/equation_sets.hpp"
 
 namespace velmor {
 namespace {
@@ -39,54 +42,168 @@ const BandKernel* Kernel(Instructions) { return nullptr; }
 
 constexpr int RowsPerCall = BandWork::BlockRows;
 
-BandWork View(const BandMatrix& K, const Grid& LoadTable, int equations) {
-  // The kernels take one view for both sweeps; the back substitution only reads the band.
-  BandWork work{};
-  double* const origin = const_cast<double*>(K.Row(0));
-  work.band = origin + 1;
-  work.step = K.Stride() - 1;
-  work.width = K.BandBound();
-  work.equations = equations;
-  work.loadCases = LoadTable.Rows();
-  work.loadStep = LoadTable.Cols() + 1;
-  if (work.loadCases > 0) work.loads = const_cast<double*>(LoadTable.RowStart(1));
-  return work;
-}
-
-/// The work space of an elimination: a few numbers for each row, and some rows for the tiles.
-class EliminationSpace {
+/// The elimination of one band by a kernel, block by block as its rows come in, and the work space for it: a few
+/// numbers for each row, and some rows for the tiles.
+class TiledElimination {
  public:
-  EliminationSpace(const BandMatrix& K, int equations, bool isWide)
-      : reciprocal_(equations),
+  TiledElimination(const BandKernel& kernel, int equations, int width, Grid& loads)
+      : kernel_(kernel),
+        isWide_(width >= kernel.wideBand),
+        spareRow_(RowsBeyond + 32),
+        rows_(equations + RowsBeyond, spareRow_.Data() + RowsBeyond - equations),
+        reciprocal_(equations),
         end_(equations + 8),
-        pivots_(K.BandBound()),
-        groupPivots_(isWide ? Block * Block / 4 : 0),
-        multipliers_(8 * static_cast<std::uint64_t>(K.BandBound())),
-        spareRow_(static_cast<std::uint64_t>(K.BandBound()) + 32),
-        group_(isWide ? Block * (Block + 24) : 1),
-        isWide_(isWide) {
-    for (int e = 1; e <= equations; ++e) end_(e) = e - 1 + K(e, 0);
+        pivots_(width),
+        groupPivots_(isWide_ ? RowsPerCall * RowsPerCall / 4 : 0),
+        multipliers_(8 * static_cast<std::uint64_t>(width)),
+        group_(isWide_ ? RowsPerCall * (RowsPerCall + 24) : 1) {
+    work_.rows = &rows_(0);
+    work_.width = width;
+    work_.equations = equations;
+    work_.loads = loads.RowStart(0) + loads.Cols() + 1;
+    work_.loadStep = loads.Cols() + 1;
+    work_.loadCases = loads.Rows();
+    work_.reciprocal = &reciprocal_(0);
+    work_.end = &end_(0);
+    work_.pivots = &pivots_(0);
+    work_.multipliers = multipliers_.Data();
+    if (!isWide_) return;
+    work_.groupPivots = &groupPivots_(0);
+    work_.strip = group_.Data();
+    work_.groupMultipliers = group_.Data() + RowsPerCall * 24;
   }
 
-  void Lend(BandWork& work) {
-    work.reciprocal = &reciprocal_(0);
-    work.end = &end_(0);
-    work.pivots = &pivots_(0);
-    work.multipliers = multipliers_.Data();
-    work.spareRow = spareRow_.Data();
-    if (!isWide_) return;
-    work.groupPivots = &groupPivots_(0);
-    work.strip = group_.Data();
-    work.groupMultipliers = group_.Data() + Block * 24;
+  /// Rows come in ascending order: entry (e, j) at row[j], as far as column `end` in use.
+  void AddRow(double* row, double end) {
+    rows_(++added_) = row;
+    end_(added_) = end;
+  }
+  bool IsBlockThere() const { return added_ >= std::min(done_ + RowsPerCall, work_.equations) && !IsDone(); }
+  bool IsDone() const { return done_ == work_.equations; }
+  int Done() const { return done_; }
+  double* Row(int e) const { return rows_(e); }
+  double End(int e) const { return end_(e); }
+
+  /// Eliminates the next block. Returns 0 or the first equation whose pivot is zero or not a number.
+  int EliminateBlock() {
+    const int first = done_ + 1;
+    done_ = std::min(done_ + RowsPerCall, work_.equations);
+    return kernel_.eliminate(work_, first, done_);
   }
 
  private:
-  static constexpr int Block = BandWork::BlockRows;
+  static constexpr int RowsBeyond = 16;
+  const BandKernel& kernel_;
+  bool isWide_;
+  ZeroedBlock spareRow_;  // for the rows that the last tiles lack
+  ColumnOf<double*> rows_;
   Column reciprocal_, end_;
   ColumnOf<Pivot> pivots_, groupPivots_;
-  ZeroedBlock multipliers_, spareRow_, group_;  // vectors: these begin a cache line
-  bool isWide_;
+  ZeroedBlock multipliers_, group_;  // vectors: these begin a cache line
+  BandWork work_{};
+  int added_ = 0, done_ = 0;
 };
+
+/// A set of equations as a band of its own, which stands at the start of each of its rows in K while the row is in
+/// work. The largest column in use is needed both in the set's numbers and, for the height in K, in those of the model
+/// (it may be no member); the latter goes along as a fraction, since both grow together.
+class PackedSet {
+ public:
+  PackedSet(const BandKernel& kernel, const EquationSet& set, BandMatrix& K, Grid& LoadTable)
+      : set_(set),
+        K_(K),
+        LoadTable_(LoadTable),
+        loads_(LoadTable.Rows(), set.Count()),
+        row_(set.width),
+        tiles_(kernel, set.Count(), set.width, loads_) {
+    for (int c = 1; c <= loads_.Rows(); ++c) {
+      for (int k = 1; k <= set.Count(); ++k) loads_(c, k) = LoadTable(c, set.member(k));
+    }
+  }
+
+  /// Takes in the members up to this equation and eliminates as far as they go. Returns 0 or the first equation of all
+  /// whose pivot is zero or not a number; nothing more is done then.
+  int Continue(int equation) {
+    while (packed_ < set_.Count() && set_.member(packed_ + 1) <= equation) Pack(++packed_);
+    while (failed_ == 0 && tiles_.IsBlockThere()) {
+      if (const int failed = tiles_.EliminateBlock()) failed_ = set_.member(failed);
+      while (unpacked_ + set_.width <= tiles_.Done()) Unpack(++unpacked_);
+    }
+    return failed_;
+  }
+
+  void Finish() {
+    while (unpacked_ < packed_) Unpack(++unpacked_);
+    for (int c = 1; c <= loads_.Rows(); ++c) {
+      for (int k = 1; k <= set_.Count(); ++k) LoadTable_(c, set_.member(k)) = loads_(c, k);
+    }
+  }
+
+ private:
+  static constexpr double Fraction = 1.0 / (1 << 27);
+
+  /// Puts the row of member k together: its columns begin a cache line where those of K do.
+  void Pack(int k) {
+    const int e = set_.member(k);
+    const double* const row = K_.Row(e) - e + 1;
+    double* const packed = K_.Row(e) + 1 + ((k - e) & 7) - k;
+    const int height = K_.Height(e), end = std::min(set_.Rank(e + height - 1), k + set_.width - 1);
+    for (int j = k; j <= end; ++j) row_(j - k) = row[set_.member(j)];
+    std::copy(&row_(0), &row_(0) + (end - k + 1), packed + k);
+    std::fill(packed + std::max(end + 1, k), packed + k + set_.width, 0.0);
+    tiles_.AddRow(packed, end + (e + height - 1) * Fraction);
+  }
+
+  void Unpack(int k) {
+    const int e = set_.member(k), end = static_cast<int>(tiles_.End(k));
+    const auto height = static_cast<int>((tiles_.End(k) - end) / Fraction) - e + 1;
+    double* const row = K_.Row(e) - e + 1;
+    const double* const packed = tiles_.Row(k);
+    std::copy(packed + k, packed + std::max(end + 1, k), &row_(0));
+    std::fill(K_.Row(e) + 1, const_cast<double*>(packed) + k + set_.width, 0.0);
+    for (int j = k; j <= end; ++j) row[set_.member(j)] = row_(j - k);
+    K_(e, 0) = height;
+  }
+
+  const EquationSet& set_;
+  BandMatrix& K_;
+  Grid& LoadTable_;
+  Grid loads_;
+  Column row_;
+  TiledElimination tiles_;
+  int packed_ = 0, unpacked_ = 0, failed_ = 0;
+};
+
+int EliminateWhole(const BandKernel& kernel, BandMatrix& K, Grid& LoadTable, int equations,
+                   const RowProgress& progress) {
+  TiledElimination tiles(kernel, equations, K.BandBound(), LoadTable);
+  for (int e = 1; e <= equations; ++e) tiles.AddRow(K.Row(e) + 1 - e, e - 1 + K(e, 0));
+  while (!tiles.IsDone()) {
+    if (const int failed = tiles.EliminateBlock()) return failed;
+    if (equations > 1) progress(std::min(tiles.Done(), equations - 1));
+  }
+  return 0;
+}
+
+/// The same set by set. If one of them fails the others go on to their end, for an earlier equation may be bad as well.
+int EliminateSets(const BandKernel& kernel, const EquationSets& found, BandMatrix& K, Grid& LoadTable, int equations,
+                  const RowProgress& progress) {
+  const auto isBad = [&](int e) { return !IsPivot(K(e, 1)); };
+  const auto bad = std::find_if(found.loose.begin(), found.loose.end(), isBad);
+  int failed = bad == found.loose.end() ? equations + 1 : *bad;
+  std::vector<std::unique_ptr<PackedSet>> packed;
+  packed.reserve(found.sets.size());
+  for (const EquationSet& set : found.sets) packed.push_back(std::make_unique<PackedSet>(kernel, set, K, LoadTable));
+  for (int last = 0; last < equations;) {
+    last = std::min(last + RowsPerCall, equations);
+    for (const auto& set : packed) {
+      if (const int stop = set->Continue(last)) failed = std::min(failed, stop);
+    }
+    progress(std::min(last, equations - 1));
+  }
+  for (const auto& set : packed) set->Finish();
+  return failed <= equations ? failed : 0;
+}
 
 }  // namespace
 
@@ -137,15 +254,9 @@ int EliminateBand(BandMatrix& K, Grid& LoadTable, int equations, const RowProgre
   const BandKernel* const kernel = Kernel(instructions);
   if (kernel == nullptr) return EliminateBandPlainly(K, LoadTable, equations, progress);
 
-  BandWork work = View(K, LoadTable, equations);
-  EliminationSpace space(K, equations, work.width >= kernel->wideBand);
-  space.Lend(work);
-  for (int first = 1; first <= equations; first += RowsPerCall) {
-    const int last = std::min(first + RowsPerCall - 1, equations);
-    if (const int failed = kernel->eliminate(work, first, last)) return failed;
-    if (equations > 1) progress(std::min(last, equations - 1));
-  }
-  return 0;
+  const EquationSets found = SeparateSets(K, equations);
+  return found.sets.empty() ? EliminateWhole(*kernel, K, LoadTable, equations, progress)
+                            : EliminateSets(*kernel, found, K, LoadTable, equations, progress);
 }
 
 void BackSubstitutePlainly(const BandMatrix& K, Grid& LoadTable, int equations, int BandInput,
@@ -167,7 +278,16 @@ void BackSubstitute(const BandMatrix& K, Grid& LoadTable, int equations, int Ban
   const BandKernel* const kernel = Kernel(instructions);
   if (kernel == nullptr) return BackSubstitutePlainly(K, LoadTable, equations, BandInput, progress);
 
-  BandWork work = View(K, LoadTable, equations);
+  // One view serves both sweeps; this one only reads the band.
+  ColumnOf<double*> rows(equations + 8, const_cast<double*>(K.Row(0)));
+  for (int e = 1; e <= equations; ++e) rows(e) = const_cast<double*>(K.Row(e)) + 1 - e;
+  BandWork work{};
+  work.rows = &rows(0);
+  work.width = K.BandBound();
+  work.equations = equations;
+  work.loads = LoadTable.RowStart(0) + LoadTable.Cols() + 1;
+  work.loadStep = LoadTable.Cols() + 1;
+  work.loadCases = LoadTable.Rows();
   work.windowRows = work.width + 8;
   const auto groups = static_cast<std::uint64_t>(work.loadCases + 7) / 8;
   ZeroedBlock window(16 * static_cast<std::uint64_t>(work.windowRows) * groups + 1);
