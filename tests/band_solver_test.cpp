@@ -11,6 +11,7 @@
 #include <limits>
 #include <ostream>
 #include <random>
+#include <vector>
 
 namespace velmor {
 
@@ -27,6 +28,8 @@ enum class Shape {
   Steps,    // the height halves twice on the way down
   Sparse,   // one entry in twenty, heights at random
   Plate,    // six freedoms a node in three sets that do not touch
+  Halves,   // even and odd equations do not touch, up to a late row that links them
+  Islands,  // six sets that do not touch, one of them in a part of the rows
   Loose,    // rows of height 0 and 1 among full ones
   Diagonal  // nothing beside the diagonal
 };
@@ -56,6 +59,10 @@ const System Systems[] = {
     {"steps", Shape::Steps, 400, 90, 1},
     {"sparse", Shape::Sparse, 500, 120, 2},
     {"plate", Shape::Plate, 480, 102, 4},
+    {"plate without loads", Shape::Plate, 606, 204, 0},
+    {"two halves linked late", Shape::Halves, 400, 130, 2},
+    {"two halves never linked", Shape::Halves, 380, 130, 9},
+    {"islands", Shape::Islands, 700, 150, 3},
     {"loose rows", Shape::Loose, 250, 40, 9},
     {"width of a tile, no room beside it", Shape::Full, 50, 8, 1, 0},
     // From here on in blocks of 96 rows.
@@ -83,6 +90,8 @@ int Height(Shape shape, int e, int n, int width, std::mt19937& random) {
       return longest;
     case Shape::Ragged:
     case Shape::Sparse:
+    case Shape::Halves:
+    case Shape::Islands:
       return std::uniform_int_distribution(1, longest)(random);
     case Shape::Steps:
       return std::min(longest, std::max(1, width >> (3 * e / (n + 1))));
@@ -103,6 +112,10 @@ bool IsZero(Shape shape, int e, int column, std::mt19937& random) {
       return random() % 20 != 0;
     case Shape::Plate:
       return set(e) != set(column) || set(e) == 2;
+    case Shape::Halves:
+      return e % 2 != column % 2 && e < 390;
+    case Shape::Islands:
+      return e % 7 % 6 != column % 7 % 6 || (e % 7 == 5 && e > 300);
     default:
       return false;
   }
@@ -207,6 +220,31 @@ TEST_P(BandSolver, StopsAtAPivotThatIsNone) {
                   tiled.K, tiled.loads, 131, [](int) {}, GetParam()),
               stop.equation);
     ExpectSameBits(tiled, plain, 1, stop.equation);
+  }
+}
+
+TEST_P(BandSolver, StopsAtTheFirstBadPivotOfAllSets) {
+  // Equations 1, 2 of six are one set, 3 to 5 another, 6 hangs alone. The bad ones stand where no entry reaches them.
+  for (const std::vector<int>& bad : {std::vector{469, 477}, {477, 470}, {474}, {480, 475}}) {
+    SCOPED_TRACE(testing::PrintToString(bad));
+    const auto make = [&] {
+      Solvable made = Make({"", Shape::Plate, 480, 102, 2});
+      for (const int equation : bad) {
+        for (int e = 1; e < equation; ++e) {
+          if (equation - e < 102) made.K(e, equation - e + 1) = 0;
+        }
+        made.K(equation, 1) = 0;
+      }
+      return made;
+    };
+    Solvable plain = make();
+    Solvable tiled = make();
+    const int first = *std::min_element(bad.begin(), bad.end());
+    EXPECT_EQ(EliminateBandPlainly(plain.K, plain.loads, 480, [](int) {}), first);
+    EXPECT_EQ(EliminateBand(
+                  tiled.K, tiled.loads, 480, [](int) {}, GetParam()),
+              first);
+    ExpectSameBits(tiled, plain, 1, first);
   }
 }
 

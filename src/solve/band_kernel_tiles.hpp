@@ -20,7 +20,7 @@
 //   plain loop.
 // - Pivots that end within the first or second vector of a strip leave the others alone. Loads and stores where a row's
 //   room in memory begins or ends within a vector are masked: what stands beside a row is neither read nor written.
-// - The next tile is fetched ahead (10 to 40 % up to width 120).
+// - The next tile is fetched ahead (10 to 40 % up to width 120), in the back substitution the next rows (20 to 40 %).
 // - In wide bands the pivot rows that a tile reads no longer stay in the cache. There a block of 96 rows takes earlier
 //   pivots in groups of 96, of which a strip at a time is copied and serves all tiles of the block; only pivots within
 //   the block are left to the tiles (twice the speed at width 2400, a loss below the limits that the kernels name).
