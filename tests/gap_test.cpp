@@ -116,32 +116,6 @@ RowSolution IterateByTheBook(const Row& row) {
   }
 }
 
-TEST(GapStage, SolvesSupportsInSeries) {
-  // Three springs of their own on three nodes, with gaps between the nodes: each closes and brings the next spring in.
-  const double k[] = {4, 2, 1}, g1 = 1000, g2 = 400, P = 9000;
-  Model model;
-  model.analysisCode = 1;
-  for (double x : {0.0, 1.0, 2.0}) model.AddNode(x, 0);
-  for (int i = 1; i <= 3; ++i) {
-    const int ground = model.AddNode(i - 2, 0);
-    model.Fix(ground, 2);
-    model.AddElement(1, {ground, i}, i);
-    model.materials.push_back({k[i - 1], 0, 0, 1});
-    model.supports.push_back({i, 2});
-  }
-  model.materials.push_back({400, 0, 0, 1, 0, g1});
-  model.materials.push_back({400, 0, 0, 1, 0, g2});
-  model.AddElement(14, {1, 2}, 4);
-  model.AddElement(14, {2, 3}, 5);
-  model.cases = {{{{1, 1, P}}, {}}};
-  const GapRun gaps(model);
-  const double u3 = (P - k[0] * (g1 + g2) - k[1] * g2) / (k[0] + k[1] + k[2]);
-  EXPECT_NEAR(gaps.u(3, 1), u3, 0.1);
-  EXPECT_NEAR(gaps.u(2, 1), u3 + g2, 0.1);
-  EXPECT_NEAR(gaps.u(1, 1), u3 + g2 + g1, 0.1);
-  EXPECT_NEAR(gaps.Factor(5) * 400 * g2, k[2] * u3, 0.2);
-}
-
 TEST(GapStage, SolvesRowsByStaticsAndPassesAsByTheBook) {
   struct Case {
     const char* name;
