@@ -126,7 +126,7 @@ const char* PeerName() { return "no OpenBLAS"; }
 double Residual(const Pattern& pattern, BandMatrix& K, const Grid& u) {
   Grid product(u.Rows(), u.Cols()), loads(u.Rows(), u.Cols());
   Restore(pattern, K, loads);
-  MultiplyBand(K, u, product, pattern.equations, NoDisplay);
+  for (int e = 1; e <= pattern.equations; ++e) MultiplyRow(K.Row(e), e, u, product);
   double largest = 0;
   for (int c = 1; c <= u.Rows(); ++c) {
     for (int e = 1; e <= pattern.equations; ++e) largest = std::fmax(largest, std::abs(product(c, e) - 1));

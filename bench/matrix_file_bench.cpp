@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "base/file_system.hpp"
-#include "elements/band_matrix.hpp"
+#include "elements/matrix_file.hpp"
 #include "support.hpp"
 
 namespace velmor::bench {

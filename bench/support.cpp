@@ -62,10 +62,9 @@ void FillFullBand(BandMatrix& K, int equations, int width) {
   };
   for (int e = 1; e <= equations; ++e) {
     const int height = std::min(width, equations - e + 1);
-    double* const row = K.Row(e);
-    row[0] = height;
-    row[1] = 2.0 * width;
-    for (int d = 2; d <= height; ++d) row[d] = entry();
+    std::fill_n(K.Row(e), width + 1, 0.0);
+    K.Add(e, 1, 2.0 * width);
+    for (int d = 2; d <= height; ++d) K.Add(e, d, entry());
   }
 }
 

@@ -1,9 +1,13 @@
 // GlobalBand and its file NAME.MAT.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstring>
 
+#include "elements/matrix_file.hpp"
 #include "support.hpp"
 
 namespace velmor::testing {
@@ -36,6 +40,67 @@ TEST(BandMatrix, FileHoldsTheWholeBandColumnByColumn) {
       EXPECT_EQ(value, expected) << "row " << e << ", column " << d;
     }
   }
+}
+
+/// Rows enough for columns of several pages, of which most hold nothing.
+constexpr int Equations = 9000, Width = 60;
+
+BandMatrix BandWithEmptyColumns() {
+  BandMatrix K(Equations + 1, Width + 1);
+  for (int e = 1; e <= Equations; ++e) {
+    for (const int d : {1, 2, 3, 18, 19, 20, 21, 22, 23, 24, 25, 26, 57}) {
+      if (d <= Equations - e + 1) K.Add(e, d, d == 57 ? 0 : 100 * d + e);  // column 57: heights, and zeros
+    }
+  }
+  K.Add(8999, 2, -1e300);
+  return K;
+}
+
+TEST(BandMatrix, FileReadsTheSameWithAndWithoutHoles) {
+  const BandMatrix K = BandWithEmptyColumns();
+  const Folder folder;
+  const std::string path = folder.File(".MAT");
+  std::string plain;  // the same bytes, without a hole
+  for (int d = 0; d <= Width + 1; ++d) {
+    for (int e = 0; e <= Equations + 1; ++e) {
+      const double value = K(e, d);
+      plain.append(reinterpret_cast<const char*>(&value), sizeof value);
+    }
+  }
+  SaveMatrix(K, path);
+  EXPECT_TRUE(folder.Read(".MAT") == plain);
+  for (const bool holes : {true, false}) {
+    if (!holes) WriteFile(path, plain);
+    BandMatrix back(Equations + 1, Width + 1);
+    LoadMatrix(back, path, Equations, Width);
+    for (int e = 0; e <= Equations + 1; ++e) {
+      ASSERT_EQ(std::memcmp(back.Row(e), K.Row(e), sizeof(double) * (Width + 2)), 0) << "row " << e;
+    }
+    MatrixReader reader(path, Equations + 1, Width + 1, Equations, Width);
+    BandMatrix window(70, Width + 1);
+    for (const int first : {1, 40, 8940}) {  // a few rows at a time into one window
+      reader.ReadRows(first, first + 61, window);
+      for (int e = first; e < first + 62; ++e) {
+        ASSERT_EQ(std::memcmp(window.Row(e - first), K.Row(e), sizeof(double) * (Width + 2)), 0) << "row " << e;
+      }
+    }
+  }
+}
+
+TEST(BandMatrix, FileIsWrittenAlsoWhereNothingCanBeSkipped) {
+  const Folder folder;
+  const std::string path = folder.File(".MAT");
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  const int reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  OutputFile file(path);
+  file.Append("begin");
+  file.Skip(5000);
+  file.Write("end", 3);
+  file.Close();
+  std::string bytes(6000, 'x');
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(::read(reader, bytes.data(), bytes.size()), 0)));
+  ::close(reader);
+  EXPECT_EQ(bytes, "begin" + std::string(5000, '\0') + "end");
 }
 
 }  // namespace

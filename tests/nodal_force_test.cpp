@@ -61,5 +61,23 @@ TEST(NodalForces, BalanceTheLoadsOfEveryLoadCaseByItself) {
   }
 }
 
+TEST(NodalForces, BalanceInAMatrixThatIsReadInParts) {
+  constexpr int nodes = 900;  // a closed chain: the half bandwidth is the whole system
+  Model model;
+  model.analysisCode = 1;
+  for (int n = 1; n <= nodes; ++n) model.AddNode(n, 0);
+  for (int n = 1; n < nodes; ++n) model.AddElement(1, {n, n + 1});
+  model.AddElement(1, {nodes, 1});
+  model.materials = {{1000, 0, 0, 1}};
+  model.supports = {{1, 1}};
+  for (int n = 1; n <= nodes; ++n) model.supports.push_back({n, 2});
+  model.cases = {{{{300, 1, 1}, {700, 1, 2}}, {}}};
+  Folder folder;
+  folder.Solve(model);
+  const NodalValues r = folder.Reactions();
+  EXPECT_NEAR(r(1, 1, 1), -3, 1e-9);
+  for (int n = 2; n <= nodes; ++n) EXPECT_NEAR(r(1, n, 1), 0, 1e-9) << "node " << n << " is free";
+}
+
 }  // namespace
 }  // namespace velmor::testing

@@ -108,6 +108,25 @@ void InputFile::Read(void* to, std::size_t bytes) {
   if (ReadSome(to, bytes) < bytes) throw Failure(error::InputPastEnd, path_ + ": the file is cut short");
 }
 
+void InputFile::ReadAt(std::int64_t place, void* to, std::size_t bytes) const {
+  char* const target = static_cast<char*>(to);
+  for (std::size_t done = 0; done < bytes;) {
+    const ssize_t count = ::pread(descriptor_, target + done, bytes - done, place + static_cast<std::int64_t>(done));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throw Failure(error::ReadWriteError, path_ + ": " + std::strerror(errno));
+    if (count == 0) throw Failure(error::InputPastEnd, path_ + ": the file is cut short");
+    done += static_cast<std::size_t>(count);
+  }
+}
+
+bool InputFile::IsHole(std::int64_t begin, std::int64_t end) const {
+  const off_t here = ::lseek(descriptor_, 0, SEEK_CUR);
+  const off_t data = ::lseek(descriptor_, begin, SEEK_DATA);
+  const bool noneLeft = data < 0 && errno == ENXIO;  // any other reason: the system cannot tell
+  ::lseek(descriptor_, here, SEEK_SET);
+  return data >= end || (noneLeft && end <= size_);
+}
+
 void InputFile::Rewind() {
   if (::lseek(descriptor_, 0, SEEK_SET) != 0) throw Failure(error::ReadWriteError, path_ + ": " + std::strerror(errno));
 }
@@ -177,6 +196,16 @@ void OutputFile::Write(const void* from, std::size_t bytes) {
     if (count < 0 && errno == EINTR) continue;
     if (count <= 0) FailWriting(where_);
     done += static_cast<std::size_t>(count);
+  }
+}
+
+void OutputFile::Skip(std::size_t bytes) {
+  Flush();
+  const char zeros[4096] = {};
+  // The last zero is written, so that the file reaches so far even if it ends here.
+  if (::lseek(descriptor_, static_cast<off_t>(bytes - 1), SEEK_CUR) >= 0) return Write(zeros, 1);
+  for (std::size_t left = bytes; left > 0; left -= std::min(left, sizeof zeros)) {
+    Write(zeros, std::min(left, sizeof zeros));
   }
 }
 

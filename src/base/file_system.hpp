@@ -61,6 +61,10 @@ class InputFile {
   void Read(void* to, std::size_t bytes);
   /// Up to `bytes` bytes from the current position; returns how many there were.
   std::size_t ReadSome(void* to, std::size_t bytes);
+  /// Fills `bytes` bytes from byte `place` of the file, wherever Read goes on; failure 62 if the file ends before.
+  void ReadAt(std::int64_t place, void* to, std::size_t bytes) const;
+  /// True if the system knows that the bytes from `begin` to before `end` are zeros that the disk does not hold.
+  bool IsHole(std::int64_t begin, std::int64_t end) const;
   /// Back to the first byte; failure 57 if the file has no such place to go to, as a pipe.
   void Rewind();
 
@@ -89,6 +93,8 @@ class OutputFile {
   /// Removes the older file now, so that the disk need not hold both.
   void RemoveOlder();
   void Write(const void* from, std::size_t bytes);
+  /// Goes on after so many zeros, at least one, which stay a hole where the file system has holes.
+  void Skip(std::size_t bytes);
   /// Appends text through a buffer of the file's own.
   void Append(std::string_view text);
   /// Room for so many bytes, no more than the buffer has, in which the next part of the file can be written as it is

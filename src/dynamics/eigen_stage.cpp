@@ -75,7 +75,7 @@ std::vector<Support> ReadAllSupports(Run& run) {
 
 /// GlobalBand as NAME.MAT has it, with the supports in its diagonal.
 void LoadSupportedMatrix(Run& run, const std::vector<Support>& supports) {
-  LoadMatrix(run.GlobalBand, run.File(".MAT"), run.sizes.EquationCount(), run.sizes.BandInput);
+  LoadGlobalBand(run);
   ForEachSupport(run, supports, [&](int e, double) { run.GlobalBand(e, 1) = Penalty; });
 }
 
@@ -100,10 +100,6 @@ std::string NameOfEquation(const Run& run, int e) {
 void FactorMatrix(Run& run, const std::vector<Support>& supports, const Column& MassDiagonal) {
   const int n = run.sizes.EquationCount(), width = run.sizes.BandInput;
   ShowStatus(run, "Reading Stiffness Matrix from file");
-  if (run.GlobalBand.EquationBound() != run.sizes.EquationBound() ||
-      run.GlobalBand.BandBound() != run.sizes.BandBound()) {
-    run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
-  }
   LoadSupportedMatrix(run, supports);
   if (const int equation = ScaleRowsByMass(run.GlobalBand, MassDiagonal, n, width)) {
     throw Failure(error::DivisionByZero, "division by zero: " + NameOfEquation(run, equation) + " has no mass");

@@ -86,11 +86,8 @@ void AssembleElement(Run& run, int n) {
   for (int r = 1; r <= n; ++r) {
     for (int c = r; c <= n; ++c) {
       const int e1 = run.work.EquationMap(r), e2 = run.work.EquationMap(c);
-      double* const row = K.Row(std::min(e1, e2));
-      const int d = std::abs(e2 - e1) + 1;
-      row[d] += run.work.ElementBlock(r, c);
-      if (!std::isfinite(row[d])) FailBeyondNumbers(run);
-      row[0] = std::max(row[0], static_cast<double>(d));
+      const double sum = K.Add(std::min(e1, e2), std::abs(e2 - e1) + 1, run.work.ElementBlock(r, c));
+      if (!std::isfinite(sum)) FailBeyondNumbers(run);
     }
   }
 }

@@ -1,10 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <cassert>
 #include <cstddef>
-#include <cstdint>
-#include <source_location>
-#include <string>
+#include <vector>
 
 #include "base/memory.hpp"
 
@@ -34,6 +33,16 @@ class BandMatrix {
   std::ptrdiff_t Stride() const { return static_cast<std::ptrdiff_t>(stride_); }
   int Height(int e) const { return static_cast<int>((*this)(e, 0)); }
 
+  /// Adds to an entry and raises the height of its row, also where the value is zero. Returns the entry.
+  double Add(int e, int d, double value) {
+    double* const row = Row(e);
+    row[0] = std::max(row[0], static_cast<double>(d));
+    if (value != 0) isFilled_[static_cast<std::size_t>(d)] = true;
+    return row[d] += value;
+  }
+  /// False for a column to which Add has brought nothing but zeros. Column 0 counts as filled.
+  bool IsFilled(int d) const { return d == 0 || isFilled_[static_cast<std::size_t>(d)] != 0; }
+
   int EquationBound() const { return equationBound_; }
   int BandBound() const { return bandBound_; }
   bool IsThere() const { return equationBound_ >= 0; }
@@ -48,19 +57,7 @@ class BandMatrix {
   int bandBound_ = -1;
   std::size_t stride_ = 0;  // an odd number of cache lines and one number, since a row begins a column further right
   ZeroedBlock block_;
+  std::vector<unsigned char> isFilled_;  // by column
 };
-
-/// Bytes of NAME.MAT for a band of these bounds: 8 (EquationBound + 1) (BandBound + 1).
-std::int64_t MatrixFileSize(int equationBound, int bandBound);
-
-/// Writes the whole band, column 0 included, as little-endian doubles with the row index running fastest: K(e, d)
-/// stands at byte 8 (d (EquationBound + 1) + e). An older file is replaced. Failure 57 or 75.
-void SaveMatrix(const BandMatrix& K, const std::string& path);
-
-/// Reads NAME.MAT into a band allocated with the same bounds; no row may be higher than BandInput or reach
-/// beyond `equations`, since the solver relies on that. Failure 53 if the file is missing, 62 if it is too
-/// short, 9 if it belongs to a band of other bounds or holds an impossible height.
-void LoadMatrix(BandMatrix& K, const std::string& path, int equations, int BandInput,
-                std::source_location where = std::source_location::current());
 
 }  // namespace velmor

@@ -6,6 +6,7 @@
 #include "elements/four_node.hpp"
 #include "elements/gap_list.hpp"
 #include "elements/line_elements.hpp"
+#include "elements/matrix_file.hpp"
 #include "elements/triangle.hpp"
 #include "model/element_types.hpp"
 #include "run/model_warnings.hpp"

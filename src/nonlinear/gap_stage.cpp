@@ -14,16 +14,9 @@ namespace {
 constexpr double GapTolerance = 1e-8;  // of GapChange
 constexpr int GapPassLimit = 1000;
 
-/// The band of NAME.MAT, which the solution of every pass uses up. The old one goes first: memory holds one.
-void LoadBand(Run& run) {
-  run.GlobalBand = BandMatrix();
-  run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
-  LoadMatrix(run.GlobalBand, run.File(".MAT"), run.sizes.EquationCount(), run.sizes.BandInput);
-}
-
 /// Solves with the gaps as the pass before left them. Returns true if the solution stayed the same.
 bool Pass(Run& run) {
-  LoadBand(run);
+  LoadGlobalBand(run);  // the solution of every pass uses it up
   GapStiffnessPass(run);
   RunSysStage(run);
   run.report.gapPasses = run.GapPass + 1;

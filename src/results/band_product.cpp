@@ -3,8 +3,6 @@
 namespace velmor {
 namespace {
 
-constexpr int RowsPerCall = 100;
-
 /// The share of one row: `entries` right of the diagonal times the unknowns below, and the mirror image of these
 /// entries times the row's own unknown, added to the products below. Returns the sum of the first; it is taken in four
 /// parts, as a single one would wait for each addition.
@@ -25,17 +23,13 @@ double AddRow(const double* __restrict row, int entries, double own, const doubl
 
 }  // namespace
 
-void MultiplyBand(const BandMatrix& K, const Grid& u, Grid& product, int equations, const RowProgress& progress) {
-  for (int e = 1; e <= equations; ++e) {
-    if (e % RowsPerCall == 0 || e == equations) progress(e);
-    const double* const row = K.Row(e);
-    const int height = K.Height(e);
-    if (height == 0) continue;
-    for (int c = 1; c <= u.Rows(); ++c) {
-      const double* const unknown = u.RowStart(c) + e;
-      double* const sum = product.RowStart(c) + e;
-      *sum += row[1] * *unknown + AddRow(row + 2, height - 1, *unknown, unknown + 1, sum + 1);
-    }
+void MultiplyRow(const double* row, int e, const Grid& u, Grid& product) {
+  const int height = static_cast<int>(row[0]);
+  if (height == 0) return;
+  for (int c = 1; c <= u.Rows(); ++c) {
+    const double* const unknown = u.RowStart(c) + e;
+    double* const sum = product.RowStart(c) + e;
+    *sum += row[1] * *unknown + AddRow(row + 2, height - 1, *unknown, unknown + 1, sum + 1);
   }
 }
 

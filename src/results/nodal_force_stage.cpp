@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/item_writer.hpp"
+#include "elements/matrix_file.hpp"
 #include "results/band_product.hpp"
 #include "run/failure_answer.hpp"
 #include "run/run.hpp"
@@ -29,13 +30,26 @@ std::string PrintZone(int value) {
   return text;
 }
 
-Grid MultiplyByDisplacements(Run& run) {
-  Grid forces(run.LoadCaseCount, run.sizes.EquationBound());
+/// Stiffness times displacements. The matrix passes through the cache a few rows at a time and is never in memory as a
+/// whole.
+Grid MultiplyByDisplacements(Run& run, MatrixReader& matrix) {
+  constexpr int cacheSize = 1 << 19, leastRows = 512;  // numbers; so many of a column fill a page of the file
+  constexpr int rowsPerRefresh = 100;
   const int equations = run.sizes.EquationCount();
-  MultiplyBand(run.GlobalBand, run.LoadTable, forces, equations, [&](int row) {
-    run.form2.Label8.caption = PercentText(static_cast<double>(row) / run.sizes.NodeCount / run.sizes.DofPerNode * 100);
-    run.display.Refresh(run.form2);
-  });
+  BandMatrix window(std::max(cacheSize / (run.sizes.BandBound() + 1), leastRows), run.sizes.BandBound());
+  Grid forces(run.LoadCaseCount, run.sizes.EquationBound());
+  for (int first = 1; first <= equations; first += window.EquationBound()) {
+    const int last = std::min(first + window.EquationBound() - 1, equations);
+    matrix.ReadRows(first, last, window);
+    for (int e = first; e <= last; ++e) {
+      if (e % rowsPerRefresh == 0 || e == equations) {
+        run.form2.Label8.caption =
+            PercentText(static_cast<double>(e) / run.sizes.NodeCount / run.sizes.DofPerNode * 100);
+        run.display.Refresh(run.form2);
+      }
+      MultiplyRow(window.Row(e - first), e, run.LoadTable, forces);
+    }
+  }
   return forces;
 }
 
@@ -76,12 +90,12 @@ void ComputeNodalForces(Run& run) {
   if (run.LoadTable.Cols() != run.sizes.EquationBound()) {
     throw Failure(error::SubscriptOutOfRange, "the displacements in memory do not fit " + run.File(".DAT"));
   }
-  run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
-  LoadMatrix(run.GlobalBand, run.File(".MAT"), run.sizes.EquationCount(), run.sizes.BandInput);
+  run.GlobalBand = BandMatrix();
+  MatrixReader matrix(run.File(".MAT"), run.sizes.EquationBound(), run.sizes.BandBound(), run.sizes.EquationCount(),
+                      run.sizes.BandInput);
 
   ShowStatus(run, "Calculating Nodal Forces");
-  const Grid forces = MultiplyByDisplacements(run);
-  run.GlobalBand = BandMatrix();
+  const Grid forces = MultiplyByDisplacements(run, matrix);
   AssembleLoads(run);
   WriteNodalForces(run, forces);
 }

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/file_system.hpp"
+#include "elements/matrix_file.hpp"
 #include "model/element_records.hpp"
 #include "run/failure_answer.hpp"
 #include "run/run.hpp"
@@ -24,6 +25,12 @@ ItemReader OpenElementRecords(Run& run, std::source_location where) {
   ItemReader dat(run.File(".DAT"), where);
   run.sizes = ReadModelSizes(dat, run.DofPerNode, run.model.nodeCount, where);
   return dat;
+}
+
+void LoadGlobalBand(Run& run, std::source_location where) {
+  run.GlobalBand = BandMatrix();
+  run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
+  LoadMatrix(run.GlobalBand, run.File(".MAT"), run.sizes.EquationCount(), run.sizes.BandInput, where);
 }
 
 void BeginStage(Run& run, const char* caption, const char* percent) {

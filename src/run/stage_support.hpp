@@ -23,6 +23,9 @@ ControlFile TakeControlFile(Run& run, std::source_location where = std::source_l
 /// Opens NAME.DAT and reads its head into run.sizes; the records follow.
 ItemReader OpenElementRecords(Run& run, std::source_location where = std::source_location::current());
 
+/// GlobalBand anew, as NAME.MAT has it. The old one goes first: memory holds one.
+void LoadGlobalBand(Run& run, std::source_location where = std::source_location::current());
+
 /// Begins a stage of form2: caption, status "Declaring working Space", error boxes hidden; percent as given, or as the
 /// stage before left it.
 void BeginStage(Run& run, const char* caption, const char* percent = nullptr);

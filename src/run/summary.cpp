@@ -8,7 +8,7 @@
 #include <map>
 
 #include "base/file_system.hpp"
-#include "elements/band_matrix.hpp"
+#include "elements/matrix_file.hpp"
 #include "run/run.hpp"
 
 namespace velmor {

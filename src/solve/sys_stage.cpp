@@ -31,8 +31,7 @@ void ReadLoadCaseTables(Run& run) {
 void LoadStoredBand(Run& run) {
   run.form2.Label7.caption = "Reading Stiffness Matrix from file";
   ShowMatrixSize(run, run.sizes.EquationBound());
-  run.GlobalBand = BandMatrix(run.sizes.EquationBound(), run.sizes.BandBound());
-  LoadMatrix(run.GlobalBand, run.File(".MAT"), run.sizes.EquationCount(), run.sizes.BandInput);
+  LoadGlobalBand(run);
 }
 
 /// The band in memory belongs to this model; only a control file that was changed during the run makes it another.
