@@ -98,29 +98,6 @@ TEST(ElementLoads, OfSurfacesFollowTheirShapeFunctionsAndSumToTheArea) {
   }
 }
 
-TEST(ElementLoads, OfADividedCantileverConvergeWithTheSquareOfTheLength) {
-  const double L = 3, E = 1000, I = 0.5, q = 2;
-  for (int code : {2, 3}) {
-    for (int n : {1, 2, 4, 8}) {
-      Model model;
-      model.analysisCode = code;
-      model.AddNode(0, 0);
-      model.cases.resize(1);
-      for (int i = 1; i <= n; ++i) {
-        model.AddNode(L * i / n, 0);
-        model.AddElement(7, {i, i + 1});
-        model.cases[0].onElements.push_back({i, 2, q});
-      }
-      model.materials = {{E, 0, 0, 1, 0, 0, 1, 0, I, 0, I}};
-      model.Fix(1, DofPerNodeOf(code));
-      Folder folder;
-      folder.Solve(model);
-      const double tip = folder.Displacements()(1, n + 1, 2) * E * I / (q * L * L * L * L);
-      EXPECT_NEAR(tip, 1.0 / 8 + 1.0 / (12 * n * n), 1e-11) << "code " << code << ", " << n << " elements";
-    }
-  }
-}
-
 TEST(NodalLoads, GoToTheFreedomsThatTheCodeHas) {
   const std::vector<double> loadsOfCode[] = {{1, 2, 3}, {1, 2}, {1, 2, 3 + 6}, {1, 2, 3, 4, 5, 6}};
   for (int code : {0, 1, 2, 3}) {

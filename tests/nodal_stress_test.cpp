@@ -294,39 +294,5 @@ TEST(Stresses, OfABarCountTheFreedomsOfTheAnalysis) {
   }
 }
 
-TEST(NodalStress, PassesThePatchTestOfASolvedMesh) {
-  // MacNeal, Harder, A proposed standard set of problems, 1985: stresses 1333.33, 1333.33, 400 everywhere.
-  for (const int type : {4, 13, 2}) {
-    SCOPED_TRACE(type);
-    Model model;
-    model.analysisCode = 1;
-    for (const auto& [x, y] :
-         Corners{{0, 0}, {0.24, 0}, {0.24, 0.12}, {0, 0.12}, {0.04, 0.02}, {0.18, 0.03}, {0.16, 0.08}, {0.08, 0.08}}) {
-      model.AddNode(x, y);
-    }
-    for (const auto& q : {std::vector{1, 2, 6, 5}, {2, 3, 7, 6}, {3, 4, 8, 7}, {4, 1, 5, 8}, {5, 6, 7, 8}}) {
-      if (type != 2) model.AddElement(type, q);
-      if (type == 2) model.AddElement(type, {q[0], q[1], q[2]});
-      if (type == 2) model.AddElement(type, {q[0], q[2], q[3]});
-    }
-    model.materials = {{1e6, 0.25, 1, 0.001}};
-    for (int n = 1; n <= 4; ++n) {
-      const auto& [x, y, z] = model.nodes[static_cast<std::size_t>(n - 1)];
-      model.supports.push_back({n, 1, (x + y / 2) / 1000});
-      model.supports.push_back({n, 2, (y + x / 2) / 1000});
-    }
-    model.cases.resize(1);
-    model.flags.FEStressFlag = 1;
-    Folder folder;
-    WriteAngles(folder, std::vector<double>(20));
-    folder.Solve(model);
-    for (const char* extension : {".NSR", ".NSA", ".RSA"}) {
-      const auto lines = Lines(folder, extension);
-      EXPECT_GE(lines.size(), 8);
-      for (const auto& line : lines) ExpectItems(line, 5, {4000.0 / 3, 4000.0 / 3, 0, 400, 0, 0}, 1e-6);
-    }
-  }
-}
-
 }  // namespace
 }  // namespace velmor::testing

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <random>
 
 #include "elements/four_node.hpp"
 #include "elements/hybrid_plate.hpp"
@@ -192,84 +191,6 @@ TEST(Plates, OfHybridTypeTakeShearInSeriesWithBending) {
     const double shear = 6 / (5 * ShearModulus(m) * t);
     const double energy = area / 2 * third * third / (third / Rigidity(m) + shear);
     EXPECT_NEAR(StrainEnergy(Hybrid(m, HybridShear::Included), q) / energy, 1, 1e-11);
-  }
-}
-
-TEST(Plates, OfTheTwelveTermsDifferInTheTwistOfTheLastTwo) {
-  // Two Gauss points give the twist energy of the terms 11 and 12 as 8 (1 - nu) in place of 72/5 (1 - nu).
-  const double more = Rigidity(Steel) / (Rectangle.a1 * Rectangle.b2) * 6.4 * 0.7;
-  const Table<12, 12> T = PolynomialCoefficients(Rectangle);
-  const Table<12, 12> gauss = PolynomialPlateStiffness(Steel, Rectangle), exact = OfTable(Steel);
-  for (int i = 1; i <= 12; ++i) {
-    for (int j = i; j <= 12; ++j) {
-      const double sign = (i % 3 == 0) == (j % 3 == 0) ? 1 : -1;
-      const double expected = gauss(i, j) + more * (T(11, i) * T(11, j) + T(12, i) * T(12, j));
-      const double size = std::sqrt(exact(i, i) * exact(j, j));
-      EXPECT_NEAR(sign * exact(i, j), expected, 1e-8 * size) << i << "," << j;
-    }
-  }
-}
-
-/// Work of the moment parameters beta on the boundary under the freedoms q: the integral of Q w - m grad w along the
-/// four sides, m the moments across the side, w cubic and its normal slope linear between two nodes; three Gauss
-/// points a side are exact.
-double BoundaryWork(double a, double b, const std::vector<double>& beta, const std::vector<double>& q) {
-  const auto nodes = NodesOf({a, 0, 0, 0, b, 0});
-  const double abscissa[] = {-std::sqrt(0.6), 0, std::sqrt(0.6)}, weight[] = {5.0 / 9, 8.0 / 9, 5.0 / 9};
-  double work = 0;
-  for (std::size_t i = 0, j = 1; i < 4; ++i, j = (i + 1) % 4) {
-    const double half = (i % 2 == 0 ? a : b), sign = i < 2 ? 1 : -1;
-    const double tx = i % 2 == 0 ? sign : 0, ty = i % 2 == 0 ? 0 : sign, nx = ty, ny = -tx;  // anticlockwise
-    const auto along = [&](std::size_t n) { return half * (-q[3 * n + 2] * tx + q[3 * n + 1] * ty); };
-    const auto across = [&](std::size_t n) { return -q[3 * n + 2] * nx + q[3 * n + 1] * ny; };
-    const double w1 = q[3 * i], w2 = q[3 * j], s1 = along(i), s2 = along(j);
-    for (std::size_t g = 0; g < 3; ++g) {
-      const double z = abscissa[g];
-      const double w =
-          ((1 - z) * (1 - z) * ((2 + z) * w1 + (1 + z) * s1) + (1 + z) * (1 + z) * ((2 - z) * w2 - (1 - z) * s2)) / 4;
-      const double ws =
-          ((3 * z * z - 3) * (w1 - w2) + (3 * z * z - 2 * z - 1) * s1 + (3 * z * z + 2 * z - 1) * s2) / 4 / half;
-      const double wn = ((1 - z) * across(i) + (1 + z) * across(j)) / 2;
-      const double x = (nodes[i].x * (1 - z) + nodes[j].x * (1 + z)) / 2;
-      const double y = (nodes[i].y * (1 - z) + nodes[j].y * (1 + z)) / 2;
-      const double Mx = beta[0] + beta[1] * x + beta[2] * y + beta[3] * x * y;
-      const double My = beta[4] + beta[5] * x + beta[6] * y + beta[7] * x * y, Mxy = -beta[8];
-      const double mx = Mx * nx + Mxy * ny, my = Mxy * nx + My * ny;
-      const double Q = (beta[1] + beta[3] * y) * nx + (beta[6] + beta[7] * x) * ny;
-      work += weight[g] * half * (Q * w - mx * (wn * nx + ws * tx) - my * (wn * ny + ws * ty));
-    }
-  }
-  return work;
-}
-
-TEST(Plates, OfHybridTypeMatchAnIntegrationOfTheirMoments) {
-  std::mt19937 random(5);
-  std::uniform_real_distribution<double> number(-1, 1);
-  const Material m{.E = 7, .nu = 0.3, .A = 0.8};
-  const MappingTerms map{1.7, 0, 0, 0, 1.2, 0};
-  const double a = map.a1, b = map.b2, bending = 12 / (m.E * m.A * m.A * m.A), shear = 1.2 / (m.E / 2.6 * m.A);
-  for (const HybridShear kind : {HybridShear::None, HybridShear::Included}) {
-    const HybridPlate plate = HybridPlateOf(m, a, b, kind);
-    for (int trial = 0; trial < 3; ++trial) {
-      std::vector<double> r(9), beta(9), q(12);
-      for (double& x : r) x = number(random);
-      for (double& x : q) x = number(random);
-      double product = 0, work = 0;
-      for (int k = 1; k <= 9; ++k) {
-        auto& sum = beta[static_cast<std::size_t>(k - 1)];
-        for (int l = 1; l <= 9; ++l) sum += plate.inverseH(k, l) * r[static_cast<std::size_t>(l - 1)];
-        product += sum * r[static_cast<std::size_t>(k - 1)];
-        for (int i = 1; i <= 12; ++i) work += q[static_cast<std::size_t>(i - 1)] * plate.L(i, k) * sum;
-      }
-      const double energy = Integral(map, [&](double x, double y) {
-        const double Mx = beta[0] + beta[1] * x + beta[2] * y + beta[3] * x * y, Qx = beta[1] + beta[3] * y;
-        const double My = beta[4] + beta[5] * x + beta[6] * y + beta[7] * x * y, Qy = beta[6] + beta[7] * x;
-        const double twice = Mx * Mx + My * My - 0.6 * Mx * My + 2.6 * beta[8] * beta[8];
-        return bending * twice + (kind == HybridShear::Included ? shear * (Qx * Qx + Qy * Qy) : 0);
-      });
-      EXPECT_NEAR(energy / product, 1, 1e-12);
-      EXPECT_NEAR(work, BoundaryWork(a, b, beta, q), 1e-12 * std::abs(product) + 1e-12);
-    }
   }
 }
 
