@@ -38,6 +38,7 @@ double Worst(const std::vector<double>& values, double reference) {
 
 std::vector<double> Items(const std::vector<std::vector<double>>& lines, std::size_t item) {
   std::vector<double> values;
+  values.reserve(lines.size());
   for (const auto& line : lines) values.push_back(line.at(item - 1));
   return values;
 }

@@ -254,6 +254,7 @@ Refusal Refused(const Program& program, const std::string& what, const Model& mo
 Model OneElement(int type, const std::vector<Point>& corners, double nu = 0.3) {
   Model model = WithMaterial(1, {.E = 1000, .nu = nu, .area = 1});
   std::vector<int> nodes;
+  nodes.reserve(corners.size());
   for (const Point& p : corners) nodes.push_back(model.AddNode(p[0], p[1]));
   model.AddElement(type, nodes);
   for (const int node : nodes) model.Fix(node, {X, Y});

@@ -228,7 +228,7 @@ Case Patch(const Program& program, int type) {
   const double stress = E * t / (2 * 0.7) / 1000;
   double worstStress = stress;
   for (const auto& line : r.LocalStresses()) {
-    for (const std::size_t item : {10, 11}) {
+    for (const std::size_t item : {10U, 11U}) {
       const double size = std::abs(line.at(item));
       if (std::abs(size - stress) > std::abs(worstStress - stress)) worstStress = size;
     }

@@ -220,7 +220,7 @@ ValueTable ReadValues(const std::string& path) {
     double value = 0;
     const char* const end = line.data() + line.size();
     if (tab == std::string::npos || std::from_chars(line.data() + tab + 1, end, value).ptr != end) {
-      throw std::runtime_error(path + ": a line that does not read: " + line);
+      throw std::runtime_error("a line that does not read: " + line);
     }
     values[line.substr(0, tab)] = value;
   }

@@ -5,7 +5,9 @@
 #include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <stdexcept>
 
 #include "files.hpp"
@@ -105,11 +107,11 @@ std::vector<double> Results::Frequencies() const {
   return frequencies;
 }
 
-Program::Program(const fs::path& folder) {
+Program::Program(const std::string& folder) {
   std::string name = (fs::temp_directory_path() / "velmor-verify-XXXXXX").string();
   if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot make the folder " + name);
-  folder_ = name;
-  for (const char* file : ProgramFiles) fs::copy_file(folder / file, folder_ / file);
+  folder_ = name + "/";
+  for (const char* file : ProgramFiles) fs::copy_file(fs::path(folder) / file, folder_ + file);
 }
 
 Program::~Program() {
@@ -121,20 +123,20 @@ Ending Program::Run(const Model& model) const {
   for (const auto& entry : fs::directory_iterator(folder_)) {
     if (entry.path().stem() == "model") fs::remove(entry.path());
   }
-  WriteFamily(model, Name());
-  WriteControl(model, Name(), (folder_ / "EEM.CTR").string());
-  const std::string errors = (folder_ / "errors").string();
-  const int status = Start((folder_ / "velmor").string(), (folder_ / "output").string(), errors);
-  std::string told = ReadText(errors);
-  const std::string here = folder_.string() + "/";
-  for (std::size_t at = told.find(here); at != std::string::npos; at = told.find(here)) told.erase(at, here.size());
+  WriteFamily(model, folder_ + "model");
+  WriteControl(model, folder_ + "model", folder_ + "EEM.CTR");
+  const int status = Start(folder_ + "velmor", folder_ + "output", folder_ + "errors");
+  std::string told = ReadText(folder_ + "errors");
+  for (std::size_t at = told.find(folder_); at != std::string::npos; at = told.find(folder_)) {
+    told.erase(at, folder_.size());
+  }
   return {status, told};
 }
 
 Results Program::Solve(const Model& model) const {
   const Ending ending = Run(model);
   if (ending.status != 0) throw std::runtime_error("the run failed: " + ending.errors);
-  return {Name(), model.Freedoms()};
+  return {folder_ + "model", model.Freedoms()};
 }
 
 }  // namespace velmor::verification

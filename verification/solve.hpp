@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -48,7 +47,7 @@ struct Ending {
 class Program {
  public:
   /// `folder` is the program folder of the build.
-  explicit Program(const std::filesystem::path& folder);
+  explicit Program(const std::string& folder);
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
@@ -59,8 +58,7 @@ class Program {
   Ending Run(const Model& model) const;
 
  private:
-  std::string Name() const { return (folder_ / "model").string(); }
-  std::filesystem::path folder_;
+  std::string folder_;  // with a slash at its end
 };
 
 }  // namespace velmor::verification
