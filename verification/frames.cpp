@@ -12,10 +12,9 @@ namespace {
 constexpr double Pi = std::numbers::pi;
 
 constexpr const char* Text =
-    R"(Sources: P: Popov, Engineering Mechanics of Solids, 2nd ed., example 2.14. T: Timoshenko, Strength of Materials, part I
-(0.182 in and 11400 psi, by three digits). MH: MacNeal, Harder, A proposed standard set of
-problems to test finite element accuracy, Finite Elements in Analysis and Design 1 (1985). H: Hetényi, Beams on Elastic
-Foundation, 1946.
+    R"(Sources: P: Popov, Engineering Mechanics of Solids, example 2.14. T: Timoshenko, Strength of Materials, part I
+(0.182 in and 11400 psi, in three digits). MH: MacNeal, Harder, A proposed standard set of problems to test finite element
+accuracy, Finite Elements in Analysis and Design 1 (1985). H: Hetényi, Beams on Elastic Foundation, 1946.
 
 | Closed form | |
 |---|---|
