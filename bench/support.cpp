@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace velmor::bench {
@@ -13,7 +14,7 @@ int turnsForAll = 0;
 
 /// The value below which the given part of the values lies.
 double Quantile(std::vector<double> values, double part) {
-  const auto place = values.begin() + static_cast<std::ptrdiff_t>(part * static_cast<double>(values.size() - 1) + 0.5);
+  const auto place = values.begin() + std::lround(part * static_cast<double>(values.size() - 1));
   std::nth_element(values.begin(), place, values.end());
   return *place;
 }

@@ -44,6 +44,7 @@ void WarmMemory() {
 /// a folder. A failure leaves the time at 0.
 Process RunProcess(const std::string& folder, std::vector<std::string> words, const std::string& said) {
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   WarmMemory();
