@@ -78,7 +78,7 @@ std::vector<System> Systems() {
                         {600, 1.25, 0.8}, {1200, 1.15, 0.9}, {2400, 1.05, 0}};
   std::vector<System> systems;
   for (const Goals& goals : full) {
-    const int width = goals.width, equations = width == 2400 ? 6000 : Equations(width);
+    const int width = goals.width, equations = Equations(width);
     systems.push_back({"full/" + std::to_string(width), [=] { return Full(equations, width); }, width > 2000 ? 5 : 11,
                        1, goals.goal, goals.goalOfAvx2});
   }
