@@ -4,15 +4,16 @@
 #include <cmath>
 
 #include "dynamics/eigen_solver.hpp"
+#include "patterns.hpp"
 #include "support.hpp"
 
 namespace velmor::bench {
 namespace {
 
-void BM_PassWithKeptFactor(benchmark::State& state) {
-  const int n = static_cast<int>(state.range(0)), width = static_cast<int>(state.range(1));
+void Pass(benchmark::State& state, int n, int width) {
+  const Pattern pattern = Full(n, width);
   BandMatrix kept(n + 1, width + 1), anew(n + 1, width + 1);
-  FillFullBand(kept, n, width);
+  Restore(pattern, kept);
   int stopped = FactorBand(kept, n, width);
   Column x(n), y(n);
   const auto ours = [&] {
@@ -20,22 +21,24 @@ void BM_PassWithKeptFactor(benchmark::State& state) {
     SolveFactored(kept, x, n, width);
   };
   const auto peer = [&] {
-    FillFullBand(anew, n, width);
+    Restore(pattern, anew);
     y = Column(n, 1.0);
     stopped = std::max(stopped, FactorBand(anew, n, width));
     SolveFactored(anew, y, n, width);
   };
-  RunInTurn(state, ours, peer);
+  RunInTurn(state, {"elimination in every pass over kept factor"}, Timed(ours), Timed(peer));
   for (int i = 1; i <= n; ++i) {
     if (stopped != 0 || !std::isfinite(x(i)) || x(i) != y(i)) return state.SkipWithError("a wrong pass has no speed");
   }
 }
-BENCHMARK(BM_PassWithKeptFactor)
-    ->ArgNames({"equations", "width"})
-    ->Args({20'000, 120})
-    ->Args({20'000, 300})
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+void RegisterEigenPasses() {
+  for (const int width : {120, 300}) {
+    Register("EigenPass/20000/" + std::to_string(width), 9,
+             [=](benchmark::State& state) { Pass(state, 20'000, width); });
+  }
+}
+
 }  // namespace velmor::bench

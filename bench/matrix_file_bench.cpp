@@ -4,10 +4,14 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "base/file_system.hpp"
 #include "elements/matrix_file.hpp"
+#include "patterns.hpp"
 #include "support.hpp"
 
 namespace velmor::bench {
@@ -45,16 +49,14 @@ bool AreEqual(const BandMatrix& a, const BandMatrix& b) {
   return true;
 }
 
-/// A full band, its file, and room for the bytes of that file.
+/// A band, its file, and room for the bytes of that file.
 struct MatrixFile {
-  explicit MatrixFile(const benchmark::State& state)
-      : equations(static_cast<int>(state.range(0))),
-        width(static_cast<int>(state.range(1))),
-        band(equations + 1, width + 1),
+  explicit MatrixFile(const Pattern& pattern)
+      : equations(pattern.equations),
+        width(pattern.width),
+        band(Assembled(pattern)),
         size(static_cast<std::size_t>(MatrixFileSize(equations + 1, width + 1))),
-        bytes(std::make_unique<char[]>(size)) {
-    FillFullBand(band, equations, width);
-  }
+        bytes(std::make_unique<char[]>(size)) {}
   /// True if the file on disk reads back to the band.
   bool IsRight() const {
     BandMatrix back(band.EquationBound(), band.BandBound());
@@ -69,37 +71,49 @@ struct MatrixFile {
   std::unique_ptr<char[]> bytes;
 };
 
-void BM_SaveMatrix(benchmark::State& state) {
-  const MatrixFile matrix(state);
+void Save(benchmark::State& state, const Pattern& pattern, double goal) {
+  const MatrixFile matrix(pattern);
   const ScratchFile raw("raw.MAT");
   bool rawIsThere = true;
-  RunInTurn(
-      state, [&] { SaveMatrix(matrix.band, matrix.file.Path()); },
-      [&] { rawIsThere = WriteRaw(raw.Path(), matrix.bytes.get(), matrix.size) && rawIsThere; });
+  RunInTurn(state, {"ours over a raw write", goal, true}, Timed([&] { SaveMatrix(matrix.band, matrix.file.Path()); }),
+            Timed([&] { rawIsThere = WriteRaw(raw.Path(), matrix.bytes.get(), matrix.size) && rawIsThere; }));
   state.counters["MB"] = static_cast<double>(matrix.size) / 1e6;
   if (!rawIsThere) state.SkipWithError("the plain write failed");
   if (!matrix.IsRight()) state.SkipWithError("the file does not read back");
 }
 
-void BM_LoadMatrix(benchmark::State& state) {
-  const MatrixFile matrix(state);
+void Load(benchmark::State& state, const Pattern& pattern, double goal) {
+  const MatrixFile matrix(pattern);
   SaveMatrix(matrix.band, matrix.file.Path());
   BandMatrix back(matrix.band.EquationBound(), matrix.band.BandBound());
   bool rawIsRead = true;
-  RunInTurn(
-      state, [&] { LoadMatrix(back, matrix.file.Path(), matrix.equations, matrix.width); },
-      [&] { rawIsRead = ReadRaw(matrix.file.Path(), matrix.bytes.get(), matrix.size) && rawIsRead; });
+  RunInTurn(state, {"ours over a raw read", goal, true},
+            Timed([&] { LoadMatrix(back, matrix.file.Path(), matrix.equations, matrix.width); }),
+            Timed([&] { rawIsRead = ReadRaw(matrix.file.Path(), matrix.bytes.get(), matrix.size) && rawIsRead; }));
   state.counters["MB"] = static_cast<double>(matrix.size) / 1e6;
   if (!rawIsRead) state.SkipWithError("the plain read failed");
   if (!AreEqual(matrix.band, back)) state.SkipWithError("the file does not read back");
 }
 
-void Sizes(benchmark::internal::Benchmark* benchmark) {
-  benchmark->ArgNames({"equations", "width"})->Args({60'000, 120})->Args({30'000, 300})->Args({20'000, 900});
-  benchmark->UseManualTime()->Unit(benchmark::kMillisecond);
-}
-BENCHMARK(BM_SaveMatrix)->Apply(Sizes);
-BENCHMARK(BM_LoadMatrix)->Apply(Sizes);
-
 }  // namespace
+
+void RegisterMatrixFile() {
+  struct Band {
+    std::string name;
+    std::function<Pattern()> make;
+    double saved;
+  };
+  std::vector<Band> bands;
+  for (const auto& [equations, width] : {std::pair{60'000, 120}, {30'000, 300}, {20'000, 900}}) {
+    bands.push_back({"full/" + std::to_string(width), [n = equations, w = width] { return Full(n, w); }, 2.6});
+  }
+  for (const int side : {60, 100}) {
+    bands.push_back({"plate/" + std::to_string(side), [=] { return Plate(side); }, 0.3});
+  }
+  for (const Band& band : bands) {
+    Register("Save/" + band.name, 15, [=](benchmark::State& state) { Save(state, band.make(), band.saved); });
+    Register("Load/" + band.name, 15, [=](benchmark::State& state) { Load(state, band.make(), 2.5); });
+  }
+}
+
 }  // namespace velmor::bench

@@ -4,22 +4,19 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdint>
-#include <vector>
+#include <cmath>
+#include <utility>
 
 namespace velmor::bench {
 namespace {
 
-double Seconds(const std::function<void()>& work) {
-  const double start = ThreadSeconds();
-  work();
-  return ThreadSeconds() - start;
-}
+int turnsForAll = 0;
 
-double Median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
+/// The value below which the given part of the values lies.
+double Quantile(std::vector<double> values, double part) {
+  const auto place = values.begin() + std::lround(part * static_cast<double>(values.size() - 1));
+  std::nth_element(values.begin(), place, values.end());
+  return *place;
 }
 
 }  // namespace
@@ -30,19 +27,43 @@ double ThreadSeconds() {
   return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-void RunInTurn(benchmark::State& state, const std::function<void()>& ours, const std::function<void()>& peer) {
+void Register(const std::string& name, int turns, std::function<void(benchmark::State&)> run) {
+  benchmark::RegisterBenchmark(name.c_str(), std::move(run))
+      ->UseManualTime()
+      ->Iterations(turnsForAll > 0 ? turnsForAll : turns);
+}
+
+void SetTurns(int turns) { turnsForAll = turns; }
+
+double Median(std::vector<double> values) { return Quantile(std::move(values), 0.5); }
+
+Turn Timed(std::function<void()> work) {
+  return [work = std::move(work)] {
+    const double start = ThreadSeconds();
+    work();
+    return ThreadSeconds() - start;
+  };
+}
+
+void RunInTurn(benchmark::State& state, const Ratio& ratio, const Turn& ours, const Turn& peer) {
   std::vector<double> oursTimes, peerTimes, ratios;
+  bool oursFirst = false;
   for (auto _ : state) {
-    peerTimes.push_back(Seconds(peer));
-    oursTimes.push_back(Seconds(ours));
-    ratios.push_back(peerTimes.back() / oursTimes.back());
-    state.SetIterationTime(oursTimes.back());
+    if (oursFirst) oursTimes.push_back(ours());
+    peerTimes.push_back(peer());
+    if (!oursFirst) oursTimes.push_back(ours());
+    oursFirst = !oursFirst;
+    const double a = oursTimes.back(), b = peerTimes.back();
+    ratios.push_back(ratio.ofOurs ? a / b : b / a);
+    state.SetIterationTime(a);
   }
-  const double ratio = Median(ratios);
+  state.SetLabel(ratio.what);
   state.counters["ours_ms"] = 1e3 * Median(oursTimes);
   state.counters["peer_ms"] = 1e3 * Median(peerTimes);
-  state.counters["peer/ours"] = ratio;
-  state.counters["ours/peer"] = 1 / ratio;
+  state.counters["ratio"] = Median(ratios);
+  state.counters["low"] = Quantile(ratios, 0.25);
+  state.counters["high"] = Quantile(ratios, 0.75);
+  if (ratio.goal > 0) state.counters["goal"] = ratio.goal;
 }
 
 ScratchFile::ScratchFile(const std::string& name)
@@ -51,21 +72,7 @@ ScratchFile::ScratchFile(const std::string& name)
 
 ScratchFile::~ScratchFile() {
   std::error_code ignored;
-  std::filesystem::remove(path_, ignored);
-}
-
-void FillFullBand(BandMatrix& K, int equations, int width) {
-  std::uint32_t random = 1;
-  const auto entry = [&] {
-    random = random * 1664525u + 1013904223u;
-    return static_cast<double>(random >> 8) / (1 << 23) - 1;
-  };
-  for (int e = 1; e <= equations; ++e) {
-    const int height = std::min(width, equations - e + 1);
-    std::fill_n(K.Row(e), width + 1, 0.0);
-    K.Add(e, 1, 2.0 * width);
-    for (int d = 2; d <= height; ++d) K.Add(e, d, entry());
-  }
+  std::filesystem::remove_all(path_, ignored);
 }
 
 }  // namespace velmor::bench

@@ -5,20 +5,47 @@
 #include <filesystem>
 #include <functional>
 #include <string>
-
-#include "elements/band_matrix.hpp"
+#include <vector>
 
 namespace velmor::bench {
 
 /// Processor time of this thread, in the program and in the system on its behalf. Others on the machine do not count.
 double ThreadSeconds();
 
-/// Times ours and its peer in turn, once each per iteration, so that both meet the same state of a shared machine, and
-/// reports the time of ours. The counter `ours_ms` and `peer_ms` are medians; `peer/ours` is the median of the ratios
-/// of single turns, and so is `ours/peer`.
-void RunInTurn(benchmark::State& state, const std::function<void()>& ours, const std::function<void()>& peer);
+/// Adds a benchmark that takes its times itself, with so many turns unless SetTurns has set a number for all.
+void Register(const std::string& name, int turns, std::function<void(benchmark::State&)> run);
+void SetTurns(int turns);
 
-/// A file name of this process in the folder for temporary files; the file goes with the object.
+// One for each file of benchmarks.
+void RegisterMachine();
+void RegisterBandSolver();
+void RegisterEigenPasses();
+void RegisterMatrixFile();
+void RegisterText();
+void RegisterWholeRuns();
+
+double Median(std::vector<double> values);
+
+/// What a benchmark shows as its ratio, and the goal for it; 0 if there is none.
+struct Ratio {
+  const char* what;
+  double goal = 0;
+  bool ofOurs = false;  // ours over the peer's, which is to be small; otherwise the peer's over ours
+};
+
+/// Runs a piece of work once and returns the seconds that it took.
+using Turn = std::function<double()>;
+
+/// Work that is timed by ThreadSeconds.
+Turn Timed(std::function<void()> work);
+
+/// Times ours and its peer, once each per iteration in alternating order, so that both meet the same state of a shared
+/// machine. The counters `ours_ms` and `peer_ms` are medians, `ratio`, `low` and `high` the median and the quartiles of
+/// the ratios of single turns.
+void RunInTurn(benchmark::State& state, const Ratio& ratio, const Turn& ours, const Turn& peer);
+
+/// A file name of this process in the folder for temporary files; the file, or the folder with what is in it, goes with
+/// the object.
 class ScratchFile {
  public:
   explicit ScratchFile(const std::string& name);
@@ -32,10 +59,5 @@ class ScratchFile {
  private:
   std::string path_;
 };
-
-/// A symmetric positive definite band without a zero in it: entries beside the diagonal from -1 to 1, the same at every
-/// call, and a diagonal that exceeds the sum of their sizes. `equations` rows of half bandwidth `width`, in a band with
-/// bounds as a model of one freedom per node has them.
-void FillFullBand(BandMatrix& K, int equations, int width);
 
 }  // namespace velmor::bench

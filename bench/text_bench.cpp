@@ -74,16 +74,15 @@ Sums ReadByStream(const std::string& path) {
   return sums;
 }
 
-void BM_ReadModelText(benchmark::State& state) {
+void ReadModel(benchmark::State& state) {
   const ScratchFile file("model.TEK");
   WriteModel(file.Path(), 640'000);
   state.counters["MB"] = file.MegaBytes();
   Sums ours, peers;
-  RunInTurn(
-      state, [&] { ours = ReadByItems(file.Path()); }, [&] { peers = ReadByStream(file.Path()); });
+  RunInTurn(state, {"iostream over ours", 6}, Timed([&] { ours = ReadByItems(file.Path()); }),
+            Timed([&] { peers = ReadByStream(file.Path()); }));
   if (ours.numbers == 0 || !(ours == peers)) state.SkipWithError("the readers disagree");
 }
-BENCHMARK(BM_ReadModelText)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void WriteByItems(const std::string& path, const std::vector<Point>& points) {
   ItemWriter out(path);
@@ -106,17 +105,22 @@ bool Holds(const std::string& path, const std::vector<Point>& points) {
   return in.AtEnd();
 }
 
-void BM_WriteText(benchmark::State& state) {
+void WriteNumbers(benchmark::State& state) {
   std::vector<Point> points(900'000);
   for (int i = 0; Point & p : points) p = NodeAt(i++);
   const ScratchFile ours("ours.RVP"), peers("peer.RVP");
-  RunInTurn(
-      state, [&] { WriteByItems(ours.Path(), points); }, [&] { WriteByStream(peers.Path(), points); });
+  RunInTurn(state, {"iostream over ours", 4}, Timed([&] { WriteByItems(ours.Path(), points); }),
+            Timed([&] { WriteByStream(peers.Path(), points); }));
   state.counters["MB"] = ours.MegaBytes();
   if (!Holds(ours.Path(), points)) state.SkipWithError("the numbers do not read back");
   if (!Holds(peers.Path(), points)) state.SkipWithError("the stream's numbers do not read back");
 }
-BENCHMARK(BM_WriteText)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+void RegisterText() {
+  Register("Text/read/NAME.TEK", 5, ReadModel);
+  Register("Text/write", 5, WriteNumbers);
+}
+
 }  // namespace velmor::bench

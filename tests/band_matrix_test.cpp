@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "elements/matrix_file.hpp"
@@ -69,19 +70,22 @@ TEST(BandMatrix, FileReadsTheSameWithAndWithoutHoles) {
   }
   SaveMatrix(K, path);
   EXPECT_TRUE(folder.Read(".MAT") == plain);
+  const auto hasRow = [&](const BandMatrix& band, int row, int e) {
+    return std::equal(K.Row(e), K.Row(e) + Width + 2, band.Row(row));
+  };
   for (const bool holes : {true, false}) {
     if (!holes) WriteFile(path, plain);
     BandMatrix back(Equations + 1, Width + 1);
     LoadMatrix(back, path, Equations, Width);
     for (int e = 0; e <= Equations + 1; ++e) {
-      ASSERT_EQ(std::memcmp(back.Row(e), K.Row(e), sizeof(double) * (Width + 2)), 0) << "row " << e;
+      ASSERT_TRUE(hasRow(back, e, e)) << "row " << e;
     }
     MatrixReader reader(path, Equations + 1, Width + 1, Equations, Width);
     BandMatrix window(70, Width + 1);
     for (const int first : {1, 40, 8940}) {  // a few rows at a time into one window
       reader.ReadRows(first, first + 61, window);
       for (int e = first; e < first + 62; ++e) {
-        ASSERT_EQ(std::memcmp(window.Row(e - first), K.Row(e), sizeof(double) * (Width + 2)), 0) << "row " << e;
+        ASSERT_TRUE(hasRow(window, e - first, e)) << "row " << e;
       }
     }
   }
