@@ -142,26 +142,28 @@ class PackedSet {
  private:
   static constexpr double Fraction = 1.0 / (1 << 27);
 
-  /// Puts the row of member k together: its columns begin a cache line where those of K do.
+  /// Puts the row of member k together: its columns begin a cache line where those of K do. The diagonal goes along
+  /// also where the height is 0.
   void Pack(int k) {
     const int e = set_.member(k);
     const double* const row = K_.Row(e) - e + 1;
     double* const packed = K_.Row(e) + 1 + ((k - e) & 7) - k;
     const int height = K_.Height(e), end = std::min(set_.Rank(e + height - 1), k + set_.width - 1);
-    for (int j = k; j <= end; ++j) row_(j - k) = row[set_.member(j)];
-    std::copy(&row_(0), &row_(0) + (end - k + 1), packed + k);
-    std::fill(packed + std::max(end + 1, k), packed + k + set_.width, 0.0);
+    const int last = std::max(end, k);
+    for (int j = k; j <= last; ++j) row_(j - k) = row[set_.member(j)];
+    std::copy(&row_(0), &row_(0) + (last - k + 1), packed + k);
+    std::fill(packed + last + 1, packed + k + set_.width, 0.0);
     tiles_.AddRow(packed, end + (e + height - 1) * Fraction);
   }
 
   void Unpack(int k) {
-    const int e = set_.member(k), end = static_cast<int>(tiles_.End(k));
+    const int e = set_.member(k), end = static_cast<int>(tiles_.End(k)), last = std::max(end, k);
     const auto height = static_cast<int>((tiles_.End(k) - end) / Fraction) - e + 1;
     double* const row = K_.Row(e) - e + 1;
     const double* const packed = tiles_.Row(k);
-    std::copy(packed + k, packed + std::max(end + 1, k), &row_(0));
+    std::copy(packed + k, packed + last + 1, &row_(0));
     std::fill(K_.Row(e) + 1, const_cast<double*>(packed) + k + set_.width, 0.0);
-    for (int j = k; j <= end; ++j) row[set_.member(j)] = row_(j - k);
+    for (int j = k; j <= last; ++j) row[set_.member(j)] = row_(j - k);
     K_(e, 0) = height;
   }
 
