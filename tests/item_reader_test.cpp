@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "base/failure.hpp"
 #include "support.hpp"
@@ -12,19 +11,21 @@
 namespace velmor::testing {
 namespace {
 
-/// A file with this text, which lives as long as its test.
-struct TextFile {
-  explicit TextFile(const std::string& text) { folder.Write(".TEK", text); }
-  std::string Path() const { return folder.File(".TEK"); }
-  Folder folder;
+/// A reader of a file with this text, which lives as long as its reader.
+struct TextReader : private Folder, ItemReader {
+  explicit TextReader(const std::string& text) : ItemReader(FileWith(text)) {}
+
+ private:
+  std::string FileWith(const std::string& text) {
+    Folder::Write(".TEK", text);
+    return File(".TEK");
+  }
 };
 
-/// The failure of `read` on a file that holds `text`; failure 0 if there was none.
-Failure FailureOf(const std::string& text, const std::function<void(ItemReader&)>& read) {
-  const TextFile file(text);
+/// The failure of an action; failure 0 if there was none.
+Failure FailureOf(const std::function<void()>& action) {
   try {
-    ItemReader reader(file.Path());
-    read(reader);
+    action();
   } catch (const Failure& failure) {
     return failure;
   }
@@ -32,67 +33,33 @@ Failure FailureOf(const std::string& text, const std::function<void(ItemReader&)
 }
 
 TEST(ItemReader, TakesEverySeparatorAlike) {
-  const char* const texts[] = {
-      "1,2,3",       "1 2 3",      "1\n2\n3\n", "1\r\n2\r\n3\r\n", "1\t2\t3",        "1 , 2 , 3",
-      "  1,\n\n2,3", "1\n,2\n,3 ", "1,2,3,",    "1,2\n3\n\n\n",    "\"1\",\"2\" 3 ", "+1,\"+2\",\" 3 \"",
-  };
-  for (const char* text : texts) {
+  for (const char* text : {"1,2,3", "1 2 3", "1\r\n2\r\n3\r\n", "1\t2\t3", "1 , 2 , 3", "  1,\n\n2,3", "1\n,2\n,3 ",
+                           "1,2,3,", "1,2\n3\n\n\n", "\"1\",\"2\" 3 ", "+1,\"+2\",\" 3 \""}) {
     SCOPED_TRACE(text);
-    const TextFile file(text);
-    ItemReader reader(file.Path());
+    TextReader reader(text);
     for (int expected = 1; expected <= 3; ++expected) EXPECT_EQ(reader.Whole("number"), expected);
     EXPECT_TRUE(reader.AtEnd());
   }
 }
 
 TEST(ItemReader, KeepsWhatStandsInQuotes) {
-  const TextFile file("\"a b, c\",bare,\"\",\"line\nbreak\" last");
-  ItemReader reader(file.Path());
+  TextReader reader("\"a b, c\",bare,\"\",\"line\nbreak\" last");
   for (const char* expected : {"a b, c", "bare", "", "line\nbreak", "last"}) EXPECT_EQ(reader.Text("name"), expected);
   EXPECT_TRUE(reader.AtEnd());
 }
 
 TEST(ItemReader, ReadsEveryFormOfANumber) {
-  struct Form {
-    const char* text;
-    double value;
-  };
-  const Form forms[] = {
-      {"1.5E3", 1500},
-      {"1.5e3", 1500},
-      {"1.5D3", 1500},
-      {"1.5d+3", 1500},
-      {"-1.5D-03", -0.0015},
-      {".5", 0.5},
-      {"-.5", -0.5},
-      {"+.5", 0.5},
-      {"5.", 5},
-      {"7", 7},
-      {"\"1.25\"", 1.25},
-      {"\" 1D2 \"", 100},
-      {"0.1", 0.1},
-      {"-0", 0},
-      {"1e-400", 0},
-      {"4.9e-324", 4.9e-324},
-      {"1e308", 1e308},
-      {"2.5E-310", 2.5e-310},
-      {"0.1000000000000000055511151231257827", 0.1},
-      {"12345678901234567890", 12345678901234567890.0},
-  };
-  for (const Form& form : forms) {
-    SCOPED_TRACE(form.text);
-    const TextFile file(form.text);
-    ItemReader reader(file.Path());
-    EXPECT_EQ(reader.Number("number"), form.value);
-  }
-}
-
-TEST(ItemReader, ReadsAWholeNumberWithAPointOrAnExponent) {
-  const TextFile file("3. 3.0 3.000E0 30D-1 0.3e+1 -2147483648 2147483647.0");
-  ItemReader reader(file.Path());
-  for (int i = 1; i <= 5; ++i) EXPECT_EQ(reader.Whole("number"), 3);
-  EXPECT_EQ(reader.Whole("smallest"), -2147483647 - 1);
-  EXPECT_EQ(reader.Whole("largest"), 2147483647);
+  const std::pair<const char*, double> forms[] = {
+      {"1.5E3", 1500},        {"1.5D3", 1500},    {"-1.5d-03", -0.0015},
+      {"-.5", -0.5},          {"+.5", 0.5},       {"5.", 5},
+      {"\"1.25\"", 1.25},     {"\" 1D2 \"", 100}, {"1e-400", 0},
+      {"4.9e-324", 4.9e-324}, {"1e308", 1e308},   {"0.1000000000000000055511151231257827", 0.1},
+      {"2.5D-310", 2.5e-310}};
+  for (const auto& [text, value] : forms) EXPECT_EQ(TextReader(text).Number("number"), value) << text;
+  TextReader whole("3. 3.0 3.000E0 30D-1 0.3e+1 -2147483648 2147483647.0");
+  for (int i = 1; i <= 5; ++i) EXPECT_EQ(whole.Whole("number"), 3);
+  EXPECT_EQ(whole.Whole("smallest"), -2147483647 - 1);
+  EXPECT_EQ(whole.Whole("largest"), 2147483647);
 }
 
 TEST(ItemReader, NamesNumberAndLineOfEveryFailure) {
@@ -102,51 +69,34 @@ TEST(ItemReader, NamesNumberAndLineOfEveryFailure) {
   const auto text = [](ItemReader& reader) { reader.Text("item"); };
   const auto count = [](ItemReader& reader) { reader.Count("item"); };
   const auto index = [](ItemReader& reader) { reader.Index("item", 4); };
-  struct Case {
+  const struct {
     const char* text;  // a first item that reads, then the one that fails
-    std::function<void(ItemReader&)> read;
-    int failure;
-    int line;
+    void (*read)(ItemReader&);
+    int failure, line;
+  } cases[] = {
+      {"1,1e999", number, error::Overflow, 1},         {"1\n\n1e39", single, error::Overflow, 3},
+      {"1,2147483648", whole, error::Overflow, 1},     {"1,-3e9", whole, error::Overflow, 1},
+      {"1,-1", count, error::SubscriptOutOfRange, 1},  {"1\n0", index, error::SubscriptOutOfRange, 2},
+      {"1\n5", index, error::SubscriptOutOfRange, 2},  {"1,,2", number, error::TypeMismatch, 1},
+      {"1\n\"\"", number, error::TypeMismatch, 2},     {"1 2.5", whole, error::TypeMismatch, 1},
+      {"1 12x", whole, error::TypeMismatch, 1},        {"1 1e", number, error::TypeMismatch, 1},
+      {"1 --1", number, error::TypeMismatch, 1},       {"1 +-1", number, error::TypeMismatch, 1},
+      {"1 0x10", number, error::TypeMismatch, 1},      {"1\r\n\r\nnan", number, error::TypeMismatch, 3},
+      {"1 -infinity", single, error::TypeMismatch, 1}, {"1,\n\n", whole, error::InputPastEnd, 3},
+      {"1\n\"open", text, error::InputPastEnd, 2},
   };
-  const std::vector<Case> cases = {
-      {"1,1e999", number, error::Overflow, 1},        {"1\n-1D400", number, error::Overflow, 2},
-      {"1\n\n1e39", single, error::Overflow, 3},      {"1,2147483648", whole, error::Overflow, 1},
-      {"1,-3e9", whole, error::Overflow, 1},          {"1,-1", count, error::SubscriptOutOfRange, 1},
-      {"1\n0", index, error::SubscriptOutOfRange, 2}, {"1\n5", index, error::SubscriptOutOfRange, 2},
-      {"1,,2", number, error::TypeMismatch, 1},       {"1\n,,", whole, error::TypeMismatch, 2},
-      {"1\n\"\"", number, error::TypeMismatch, 2},    {"1 2.5", whole, error::TypeMismatch, 1},
-      {"1 1e-3", whole, error::TypeMismatch, 1},      {"1 12x", whole, error::TypeMismatch, 1},
-      {"1 1.2.3", number, error::TypeMismatch, 1},    {"1 1e", number, error::TypeMismatch, 1},
-      {"1 --1", number, error::TypeMismatch, 1},      {"1 +-1", number, error::TypeMismatch, 1},
-      {"1 0x10", number, error::TypeMismatch, 1},     {"1\r\n\r\nnan", number, error::TypeMismatch, 3},
-      {"1 inf", number, error::TypeMismatch, 1},      {"1 -infinity", single, error::TypeMismatch, 1},
-      {"1 1;2", number, error::TypeMismatch, 1},      {"1", number, error::InputPastEnd, 1},
-      {"1,\n\n", whole, error::InputPastEnd, 3},      {"1\n\"open", text, error::InputPastEnd, 2},
-  };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
-    const Failure failure = FailureOf(c.text, [&](ItemReader& reader) {
-      EXPECT_EQ(reader.Whole("first item"), 1);
-      c.read(reader);
-    });
-    EXPECT_EQ(failure.number, c.failure) << failure.what();
+    TextReader reader(c.text);
+    EXPECT_EQ(reader.Whole("first item"), 1);
+    const Failure failure = FailureOf([&] { c.read(reader); });
+    EXPECT_EQ(failure.number, c.failure);
     const std::string place = ", line " + std::to_string(c.line) + ": item";
     EXPECT_NE(std::string(failure.what()).find(place), std::string::npos) << failure.what();
   }
-}
-
-TEST(ItemReader, FailsAtAFileThatIsMissingOrAFolder) {
-  const auto open = [](const std::string& path) {
-    try {
-      ItemReader reader(path);
-    } catch (const Failure& failure) {
-      return failure.number;
-    }
-    return 0;
-  };
   const Folder folder;
-  EXPECT_EQ(open(folder.File(".TEK")), error::FileNotFound);
-  EXPECT_EQ(open(folder.Program()), error::PathAccessError);
+  EXPECT_EQ(FailureOf([&] { ItemReader(folder.File(".TEK")); }).number, error::FileNotFound);
+  EXPECT_EQ(FailureOf([&] { ItemReader(folder.Program()); }).number, error::PathAccessError);
 }
 
 // The file passes through a buffer of 64 kB: items of every kind fall on its edges, at another place with each shift.
@@ -159,8 +109,7 @@ TEST(ItemReader, ReadsItemsThatLieAcrossTheEdgesOfItsBuffer) {
   }
   for (int shift = 0; shift < 40; ++shift) {
     SCOPED_TRACE(shift);
-    const TextFile file(std::string(static_cast<std::size_t>(shift), ' ') + body + "x");
-    ItemReader reader(file.Path());
+    TextReader reader(std::string(static_cast<std::size_t>(shift), ' ') + body + "x");
     for (int pass = 1; pass <= 2; ++pass, reader.Rewind()) {
       for (int i = 1; i <= rounds; ++i) {
         ASSERT_EQ(reader.Whole("number"), i);
@@ -179,11 +128,8 @@ TEST(ItemReader, ReadsItemsThatLieAcrossTheEdgesOfItsBuffer) {
 }
 
 TEST(ItemReader, ReadsAnItemLongerThanItsBuffer) {
-  const std::string name(300'000, 'n');
-  const std::string zeros(100'000, '0');
-  const TextFile file("1,\"" + name + "\"," + zeros + "7 1." + zeros + "\n" + name);
-  ItemReader reader(file.Path());
-  EXPECT_EQ(reader.Whole("number"), 1);
+  const std::string name(300'000, 'n'), zeros(100'000, '0');
+  TextReader reader("\"" + name + "\"," + zeros + "7 1." + zeros + "\n" + name);
   EXPECT_EQ(reader.Text("name"), name);
   EXPECT_EQ(reader.Whole("number"), 7);
   EXPECT_EQ(reader.Number("number"), 1);
@@ -193,8 +139,7 @@ TEST(ItemReader, ReadsAnItemLongerThanItsBuffer) {
 
 TEST(ItemReader, RefusesACountThatTheFileCannotHold) {
   // Five items need five characters and four separators; what is left after the count is just that.
-  const TextFile file("5\n1 2 3 4 5");
-  ItemReader reader(file.Path());
+  TextReader reader("5\n1 2 3 4 5");
   const int count = reader.Count("count");
   EXPECT_NO_THROW(reader.ExpectItems(count, 1, "values"));
   EXPECT_THROW(reader.ExpectItems(count + 1, 1, "values"), Failure);
@@ -202,18 +147,14 @@ TEST(ItemReader, RefusesACountThatTheFileCannotHold) {
 }
 
 TEST(ItemReader, PassesAGivenStringAndLeavesAnyOther) {
-  for (const char* text : {"\"END\"", "END", " \"END\" ,", "END\n", "\"END\"\r\n"}) {
-    const TextFile file(text);
-    ItemReader reader(file.Path());
+  for (const char* text : {"\"END\"", "END", " \"END\" ,", "\"END\"\r\n"}) {
+    TextReader reader(text);
     EXPECT_TRUE(reader.PassText("END")) << text;
     EXPECT_TRUE(reader.AtEnd()) << text;
     EXPECT_FALSE(reader.PassText("END")) << text;
-    reader.Rewind();
-    EXPECT_TRUE(reader.PassText("END")) << text;
   }
-  for (const char* text : {"", "EN", "\"EN", "\"END", "ENDE", "\"ENDE\"", "\" END\"", "end", ",END", "1"}) {
-    const TextFile file(text);
-    ItemReader reader(file.Path());
+  for (const char* text : {"", "EN", "\"END", "ENDE", "\"ENDE\"", "\" END\"", "end", ",END"}) {
+    TextReader reader(text);
     EXPECT_FALSE(reader.PassText("END")) << text;
     EXPECT_EQ(reader.AtEnd(), *text == 0) << text;
   }
