@@ -15,22 +15,7 @@
 namespace velmor::testing {
 namespace {
 
-/// A bar that is lifted off its stop by the stop's limit: its gap never settles, so that the run takes 1001 passes.
-Model Restless() {
-  Model model;
-  model.analysisCode = 1;
-  for (const double x : {0.0, 1.0, 2.0}) model.AddNode(x, 0);
-  model.AddElement(1, {1, 2}, 1);
-  model.AddElement(14, {2, 3}, 2);
-  model.materials = {{1, 0, 0, 1}, {1, 0, 0, 1, 0, 1024}};
-  model.Fix(1, 2);
-  model.Fix(3, 2);
-  model.supports.push_back({2, 2});
-  model.cases = {{{{2, 1, -1024}}, {}}};
-  return model;
-}
-
-/// A program folder with the program in it, and processes of it.
+/// A program folder with the program in it, and processes of it, which work in that folder.
 struct Program : Folder {
   Program() { std::filesystem::copy_file(VELMOR_PROGRAM, Folder::Program("velmor")); }
 
@@ -38,14 +23,12 @@ struct Program : Folder {
     WriteFile(Folder::Program("input"), input);
     const pid_t process = ::fork();
     if (process != 0) return process;
-    const auto connect = [&](const char* file, int flags, int stream) {
-      ::dup2(::open(Folder::Program(file).c_str(), flags, 0600), stream);
-    };
+    if (::chdir(Folder::Program().c_str()) != 0) ::_exit(127);
+    const auto connect = [](const char* file, int flags, int stream) { ::dup2(::open(file, flags, 0600), stream); };
     connect("input", O_RDONLY, STDIN_FILENO);
     connect("output", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
     connect("errors", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
-    const std::string path = Folder::Program("velmor");
-    ::execl(path.c_str(), path.c_str(), nullptr);
+    ::execl("./velmor", "./velmor", nullptr);
     ::_exit(127);
   }
   /// Exit status, or minus the signal that ended the process.
@@ -54,9 +37,18 @@ struct Program : Folder {
     ::waitpid(process, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
   }
-  /// Starts the restless model and waits for its first passes.
+  /// Starts a model that takes 1001 passes and waits for the first: a bar that is lifted off its stop by the stop's
+  /// limit exactly, with a stiffness equal to its own, so that the factor jumps between 1 and -1/2.
   pid_t StartRestless() const {
-    Write(Restless());
+    Model model;
+    model.analysisCode = 1;
+    model.nodes = {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}};
+    model.AddElement(1, {1, 2}, 1);
+    model.AddElement(14, {2, 3}, 2);
+    model.materials = {{1, 0, 0, 1}, {1, 0, 0, 1, 0, 1024}};
+    model.supports = {{1, 1}, {1, 2}, {2, 2}, {3, 1}, {3, 2}};
+    model.cases = {{{{2, 1, -1024}}, {}}};
+    Write(model);
     Remove(".RVP");
     const pid_t process = Start();
     for (int i = 0; i < 10'000 && !Has(".RVP"); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -64,11 +56,10 @@ struct Program : Folder {
     return process;
   }
   bool HasControlFile() const { return std::filesystem::exists(Folder::Program("EEM.CTR")); }
-  bool HasTemporaryFile() const {
+  void ExpectNoTemporaryFile() const {
     for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(File()).parent_path())) {
-      if (entry.path().extension() == ".part") return true;
+      EXPECT_NE(entry.path().extension(), ".part");
     }
-    return false;
   }
 };
 
@@ -79,7 +70,7 @@ TEST(Program, EndsCleanlyOnASignal) {
     ::kill(process, signal);
     EXPECT_EQ(Program::StatusOf(process), 128 + signal);
     EXPECT_FALSE(program.HasControlFile());
-    EXPECT_FALSE(program.HasTemporaryFile());
+    program.ExpectNoTemporaryFile();
     EXPECT_EQ(program.Displacements().nodes, 3) << "what was written is whole";
   }
 }
@@ -96,17 +87,33 @@ TEST(Program, LeavesWholeFilesWhenItIsKilledAndStartsAgain) {
   }
   EXPECT_TRUE(program.HasControlFile());
   EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::Complete);
-  EXPECT_NEAR(program.Displacements()(1, 2, 1), -512, 1e-9);
-  EXPECT_FALSE(program.HasTemporaryFile());
+  EXPECT_NEAR(program.Displacements()(1, 2, 1), -512, 1e-9);  // of the last pass
+  EXPECT_TRUE(ReadFile(program.Folder::Program("errors")).starts_with("Maximum number of itteration exceeded\n"));
+  EXPECT_NE(ReadFile(program.Folder::Program("output")).find("after 1001 passes"), std::string::npos);
+  program.ExpectNoTemporaryFile();
 }
 
-TEST(Program, RefusesASecondStartInItsFolder) {
-  const Program program;
-  const pid_t first = program.StartRestless();
+TEST(Program, RefusesASecondStartInItsFolderAloneAndRunsInAnother) {
+  const Program program, other;
+  other.WriteExample("roof-truss");
+  const pid_t first = program.StartRestless(), third = other.Start();
   EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::StartUp);
   EXPECT_TRUE(ReadFile(program.Folder::Program("errors")).starts_with("Velmor is running in this program folder"));
   EXPECT_TRUE(program.HasControlFile());
+  EXPECT_EQ(Program::StatusOf(third), exit_status::Complete);
   EXPECT_EQ(Program::StatusOf(first), exit_status::Complete);
+}
+
+TEST(Program, TakesARelativeModelPathAndTellsByItsStatus) {
+  const Program program;
+  program.WriteExample("roof-truss");
+  program.Remove(".MLT");
+  WriteFile(program.Folder::Program("EEM.CTR"), "\"../model\"\r\n0,1,3,0,1,1,0,0\r\n");
+  EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::BadInput);
+  const auto errors = [&] { return ReadFile(program.Folder::Program("errors")); };
+  EXPECT_TRUE(errors().starts_with("FILE NOT FOUND: ../model.MLT\nFATAL ERROR, RUN ABORTED\n"));
+  EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::StartUp);  // EEM.CTR is gone, nobody is at the buttons
+  EXPECT_EQ(errors(), "");
 }
 
 TEST(Program, IsAskedForAModelAtAConsole) {
