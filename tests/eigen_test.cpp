@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
-#include <numbers>
 #include <numeric>
 #include <random>
 #include <sstream>
@@ -49,11 +47,9 @@ TEST(EigenSolver, KeepsTheBitsOfAnEliminationInEveryPass) {
       mass(i) = 1.5 + uniform(generator);
       x(i) = uniform(generator);
       for (int c = 1; c <= std::min(b, n + 1 - i); ++c) {
-        double entry = uniform(generator);
-        if (i % 3 == 0 && c % 2 == 0) entry *= 2e-9;  // about the limit of a multiplier
-        if (c == 1) entry = i % 5 == 0 ? 1e20 : i % 7 == 0 ? -2.0 * b : 2.0 * b;
-        K(i, c) = entry;
-        G(i, c) = entry / mass(i);
+        const double limit = i % 3 == 0 && c % 2 == 0 ? 2e-9 : 1;  // about that of a multiplier
+        K(i, c) = c > 1 ? limit * uniform(generator) : i % 5 == 0 ? 1e20 : i % 7 == 0 ? -2.0 * b : 2.0 * b;
+        G(i, c) = K(i, c) / mass(i);
       }
     }
     ASSERT_EQ(ScaleRowsByMass(K, mass, n, b), 0);
@@ -89,14 +85,15 @@ struct FoundMode {
   std::vector<double> shape;  // from 0
 };
 
-/// What NAME.EIG holds behind its head, the analysis code and the number of nodes.
-std::vector<FoundMode> ReadModes(const Folder& folder, int equations) {
-  const std::string head = "1," + std::to_string(equations / 2) + "\n";
-  EXPECT_TRUE(folder.Read(".EIG").starts_with(head));
-  std::istringstream items(folder.Read(".EIG").substr(head.size()));
+/// The modes of a chain in NAME.EIG, behind the analysis code and the number of nodes.
+std::vector<FoundMode> ReadModes(const Folder& folder, int nodes) {
+  std::istringstream items(folder.Read(".EIG"));
+  std::string head;
+  EXPECT_TRUE(items >> head);
+  EXPECT_EQ(head, "1," + std::to_string(nodes));
   std::vector<FoundMode> modes;
   for (FoundMode mode; items >> mode.period; modes.push_back(mode)) {
-    mode.shape.resize(static_cast<std::size_t>(equations));
+    mode.shape.resize(static_cast<std::size_t>(2 * nodes));
     for (double& component : mode.shape) EXPECT_TRUE(items >> component);
   }
   return modes;
@@ -117,19 +114,16 @@ TEST(EigenStage, FindsAsManyModesOfAChainAsTheSupportsLeave) {
     EXPECT_EQ(folder.Run(display), 0);
     EXPECT_TRUE(display.messages.empty());
     EXPECT_EQ(display.warnings.empty(), c.linesMore == 0);
-    const auto modes = ReadModes(folder, 2 * c.masses + 2);
+    const auto modes = ReadModes(folder, c.masses + 1);
     ASSERT_EQ(modes.size(), c.modes);
-    for (std::size_t i = 0; i < c.modes && c.masses <= 4; ++i) {
-      const double angle = (2.0 * static_cast<double>(i) + 1) * std::numbers::pi / (4 * c.masses + 2);
-      // The third mode has not settled after its 21 passes.
-      EXPECT_NEAR(std::sin(angle) / std::numbers::pi * modes[i].period, 1, i == 2 ? 2e-5 : 1e-6) << "mode " << i + 1;
+    for (std::size_t i = 0; i < c.modes; ++i) {
       const auto& shape = modes[i].shape;
+      EXPECT_EQ(shape[0], 0) << "supported";
+      for (std::size_t e = 1; e < shape.size(); e += 2) EXPECT_EQ(shape[e], 0) << "supported";
       for (std::size_t j = 0; j <= i; ++j) {
         const double product = std::inner_product(shape.begin(), shape.end(), modes[j].shape.begin(), 0.0);
         EXPECT_NEAR(product, i == j ? 1 : 0, 1e-12) << "modes " << i + 1 << " and " << j + 1;
       }
-      EXPECT_EQ(shape[0], 0) << "supported";
-      for (std::size_t e = 1; e < shape.size(); e += 2) EXPECT_EQ(shape[e], 0) << "supported";
     }
   }
 }
@@ -145,7 +139,7 @@ TEST(EigenStage, AddsTheMassesOfLoadCasesThatAreNoPlainForces) {
   model.cases[3] = {{{2, 1, 0.5}}, {}, 3};
   Folder folder;
   folder.Solve(model);
-  const auto modes = ReadModes(folder, 4);
+  const auto modes = ReadModes(folder, 2);
   ASSERT_EQ(modes.size(), 1u);
   EXPECT_NEAR(modes[0].period, 2 * StagePi * std::sqrt((0.5 + 1 + 4 + 0.5) / 3), 1e-9);
   EXPECT_NEAR(modes[0].shape[2], 1, 1e-12);
@@ -155,17 +149,14 @@ TEST(EigenStage, AddsTheMassesOfLoadCasesThatAreNoPlainForces) {
 TEST(EigenStage, StopsAtOnceAndLeavesTheControlFile) {
   const struct {
     const char* name;
-    std::function<void(Model&)> change;
-    const char* missing;  // a file to remove
-    int error;            // shown with two boxes; 0 for a box with the equation alone
-    const char* box;
+    void (*change)(Model&);
+    int error;
+    std::string box;  // the equation alone, or a description and a second box with the line
+    const char* file;
   } cases[] = {
-      {"no mass on a supported freedom", [](Model& m) { m.cases[0].nodal[1].value = 0; }, "", 11,
-       "node 1, direction y"},
-      {"no stiffness in the middle", [](Model& m) { m.supports.erase(m.supports.begin() + 2); }, "", 0, "6"},
-      {"no stiffness at the end", [](Model& m) { m.supports.erase(m.supports.begin() + 3); }, "", 11, "division by"},
-      {"no load case", [](Model& m) { m.cases.clear(); }, "", 9, "load case 1"},
-      {"no nodal loads", [](Model&) {}, ".KNK", 53, ".KNK"},
+      {"loose in the middle", [](Model& m) { m.supports.erase(m.supports.begin() + 2); }, 11, "6", "1,4\n"},
+      {"loose at the end", [](Model& m) { m.supports.erase(m.supports.begin() + 3); }, 11, "division by", "1,4\n"},
+      {"no load case", [](Model& m) { m.cases.clear(); }, 9, "load case 1", "of an earlier run"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -174,18 +165,16 @@ TEST(EigenStage, StopsAtOnceAndLeavesTheControlFile) {
     c.change(model);
     folder.Write(model);
     folder.Write(".EIG", "of an earlier run");
-    if (*c.missing != 0) folder.Remove(c.missing);
     RecordingDisplay display;
     EXPECT_NE(folder.Run(display), 0);
     EXPECT_TRUE(std::filesystem::exists(folder.Program("EEM.CTR")));
     EXPECT_EQ(display.stages.back(), "Freq 1.0");
-    ASSERT_EQ(display.messages.size(), c.error == 0 ? 1u : 2u);
-    EXPECT_NE(display.messages[0].find(c.box), std::string::npos) << display.messages[0];
     ASSERT_EQ(display.notices.size(), 1u);
-    EXPECT_EQ(display.notices[0].number, c.error == 0 ? 11 : c.error);
-    EXPECT_EQ(display.messages.back(), c.error == 0 ? c.box : std::to_string(display.notices[0].line));
-    // What fails behind the masses leaves the head of its own run.
-    EXPECT_EQ(folder.Read(".EIG"), c.error == 0 || c.error == 11 ? "1,4\n" : "of an earlier run");
+    EXPECT_EQ(display.notices[0].number, c.error);
+    ASSERT_EQ(display.messages.size(), c.box == "6" ? 1u : 2u);
+    EXPECT_NE(display.messages[0].find(c.box), std::string::npos) << display.messages[0];
+    EXPECT_EQ(display.messages.back(), c.box == "6" ? c.box : std::to_string(display.notices[0].line));
+    EXPECT_EQ(folder.Read(".EIG"), c.file);
   }
 }
 
