@@ -49,50 +49,26 @@ TEST(Options, KeepTheBoxesConsistent) {
   EXPECT_EQ(AfterClicks(defaults, {Renumber}, true), "1101101") << "an invisible box takes no click";
 }
 
-/// A bar in the plane, started at the buttons: the scan settles code 1 with the 2-D option and 0 without.
-struct ManualStart : ::testing::Test {
-  void SetUp() override {
-    Model bar;
-    bar.nodes = {{0, 0, 0}, {2, 0, 0}};
-    bar.AddElement(1, {1, 2});
-    bar.materials = {{1000, 0, 0, 1}};
-    bar.supports = {{1, 1}, {1, 2}, {1, 3}, {2, 2}, {2, 3}};
-    bar.cases = {{{{2, 1, 5}}, {}}};
-    folder.Write(bar);
-    std::filesystem::remove(folder.Program("EEM.CTR"));
-    display.paths = {folder.File(".tek")};  // the file is spelled .TEK
-  }
-  int Run(std::deque<MainWindowAction> actions, std::vector<OptionsBox> clicks = {}) {
-    display.actions = std::move(actions);
-    display.clicks = std::move(clicks);
-    const int status = folder.Run(display);
-    EXPECT_FALSE(std::filesystem::exists(folder.Program("EEM.CTR")));
-    return status;
-  }
+TEST(ManualStart, StaysAtTheButtonsWithoutAModelOrWithABadOne) {
+  using enum MainWindowAction;
   Folder folder;
-  RecordingDisplay display;
-};
-using enum MainWindowAction;
-
-TEST_F(ManualStart, RunsTheChosenModelWithTheChosenOptions) {
-  EXPECT_EQ(Run({Browse, Options, MainWindowAction::Run}, {TwoDimensional, LineStress, FEStress}), 0);
-  EXPECT_EQ(folder.Displacements().freedoms, 2);
-  EXPECT_NEAR(folder.Displacements()(1, 2, 1), 5 * 2 / 1000.0, 1e-15);
-}
-
-TEST_F(ManualStart, StaysAtTheButtonsWithoutAModelOrWithABadOne) {
-  EXPECT_NE(Run({MainWindowAction::Run}), 0);
-  EXPECT_EQ(display.waits, 2);
-  EXPECT_EQ(display.notices.size(), 1u);
+  folder.WriteExample("roof-truss");
   folder.Remove(".VPL");
-  EXPECT_NE(Run({Browse, MainWindowAction::Run}), 0);
+  std::filesystem::remove(folder.Program("EEM.CTR"));
+  RecordingDisplay display;
+  display.actions = {Run, Browse, Run};
+  display.paths = {folder.File(".tek")};  // the file is spelled .TEK
+  EXPECT_NE(folder.Run(display), 0);
+  EXPECT_EQ(display.waits, 4);
+  EXPECT_EQ(display.notices.size(), 1u) << "no model chosen";
   EXPECT_EQ(display.messages, std::vector<std::string>{"NO CONSTRAINS DEFINED"});
-  EXPECT_EQ(display.waits, 2 + 3);
   EXPECT_TRUE(display.form1.Command1.visible && display.form1.Command2.visible && display.form1.Command3.visible);
   folder.Write(".TEK", "2 1 0 0 0 2 0 0 99 1 2 1");
+  display.actions = {Browse, Run};
   display.paths = {folder.File(".TEK")};
-  EXPECT_NE(Run({Browse, MainWindowAction::Run}), 0);
+  EXPECT_NE(folder.Run(display), 0);
   EXPECT_EQ(display.notices.back().number, 9);
+  EXPECT_FALSE(std::filesystem::exists(folder.Program("EEM.CTR")));
 }
 
 }  // namespace
