@@ -1,5 +1,5 @@
-// Warnings about what a model asks of the elements and the solver: each with a model that trips it and one beside it
-// that does not.
+// Warnings about what a model asks of the elements and the solver: models that trip them, and models beside these that
+// are given none at all.
 
 #include <gtest/gtest.h>
 
@@ -19,6 +19,11 @@ constexpr std::array<double, 12> Steel{210000, 0.3, 0, 20, 0, 0, 100, 0, 100, 0,
 
 Model With(Model model, const std::function<void(Model&)>& change) {
   change(model);
+  return model;
+}
+
+Model Field(Model model, std::size_t number, double value) {
+  model.materials[0][number - 1] = value;
   return model;
 }
 
@@ -81,13 +86,11 @@ Model Line(int type, int code, int count = 1) {
   return model;
 }
 
-/// A bar along x whose free end is not held across it.
+/// A bar along x whose free end is not held across it, with a load there.
 Model Loose(int code) {
-  return With(Line(1, code), [](Model& m) { std::erase_if(m.supports, [](const auto& s) { return s.node == 2; }); });
-}
-
-Model WithLoadAcross(Model model) {
-  model.cases[0].nodal.push_back({2, 3, 1});
+  Model model = Line(1, code);
+  std::erase_if(model.supports, [](const auto& support) { return support.node == 2; });
+  model.cases[0].nodal.push_back({2, 2, 1});
   return model;
 }
 
@@ -122,59 +125,49 @@ bool Tells(const std::vector<std::string>& warnings, const std::string& part) {
 }
 
 TEST(Warnings, TellWhatAModelAsksTooMuch) {
-  const auto field = [](Model model, std::size_t number, double value) {
-    model.materials[0][number - 1] = value;
-    return model;
-  };
+  const std::string noRectangle = "that are no rectangles: 1, first element 1:", drilling = "drilling stiffness of 1.0";
+  const Model passive = With(Line(1, 1), [](Model& m) { m.AddElement(-1, {m.AddNode(0, 100), 2}); });
+  const Model turnedBeam = With(LoadedBeams(1), [](Model& m) { m.elements[1].nodes = {3, 2}; });
   const struct {
     std::string text;
-    Model tripping, beside;
+    Model tripping, beside;  // the second without any warning
   } kinds[] = {
-      {"that are no rectangles: 1, first element 1:", Trapezoid(5), Quad(5)},
-      {"that are no rectangles: 1, first element 1:", Parallelogram(6), Quad(6)},
-      {"that are no rectangles: 1, first element 1:", Trapezoid(9), Quad(9)},
-      {"that are no rectangles: 1, first element 1:", Parallelogram(12), Parallelogram(8)},
-      {"that are no parallelograms: 1,", Trapezoid(8), Parallelogram(8)},
+      {noRectangle, Trapezoid(5), Quad(5)},
+      {noRectangle, Parallelogram(6), Field(Quad(6), 4, 40)},
+      {noRectangle, Trapezoid(9), Quad(9)},
+      {noRectangle, Parallelogram(12), Quad(12)},
+      {"that are no parallelograms: 1, first element 1:", Trapezoid(8), Parallelogram(8)},
       {"with other local axes: 1, first element 2:", TwoPlates({5, 6, 3, 2}), TwoPlates({2, 5, 6, 3})},
       {"beside other shells or beams: 1, first element 1:", PlateAndBeam(3), PlateAndBeam(5)},
       {"do not lie in one plane: 1, first element 1:", Moved(Quad(4), {3}, 0, 0, 2), Quad(4)},
-      {"with a corner of 180 degrees", Moved(Quad(4), {3}, -12, -34), Trapezoid(4)},
+      {"with a corner of 180 degrees or more: 1, first", Moved(Quad(4), {3}, -12, -34), Trapezoid(4)},
       {"without their rotations: 1, first element 1:", Line(7, 1), Line(7, 2)},
       {"line elements of no length: 1, first element 2:", Moved(Line(1, 0, 2), {3}, -100, 0), Line(1, 0, 2)},
       {"off the plane of node 1: 1, first node 2:", Moved(Line(1, 1), {2}, 0, 0, 5), Moved(Line(1, 0), {2}, 0, 0, 5)},
-      {"nodes that no element stiffens: 1, first node 3:",
-       With(Line(1, 1),
-            [](Model& m) {
-              m.AddElement(-1, {m.AddNode(0, 100), 2});
-            }),
-       Line(1, 1)},
-      {"type 6 that are thin for their size: 1, first element 1:", field(Quad(6), 4, 10), field(Quad(6), 4, 40)},
-      {"plane strain (field 5)", field(Quad(5), 5, 1), field(Quad(4), 5, 1)},
+      {"nodes that no element stiffens: 1, first node 3:", passive, Line(1, 1)},
+      {"type 6 that are thin for their size: 1, first", Quad(6), Field(Quad(6), 4, 40)},
+      {"plane strain (field 5) in elements of another", Field(Quad(5), 5, 1), Field(Quad(4), 5, 1)},
       // E t^3 / (12 (1 - nu^2)) of 154 N mm, or one that drowns 1.0 in rounding; 1.5e8 does neither.
-      {"drilling stiffness of 1.0", field(Quad(11), 1, 0.21), Quad(11)},
-      {"drilling stiffness of 1.0", field(Quad(11), 1, 2.1e11), Quad(11)},
-      {"freedoms with a stiffness below 1e-6: 2, first node 1 in x:", field(Line(1, 0), 1, 1e-7),
-       field(Line(1, 0), 1, 1e-3)},
+      {drilling, Field(Quad(11), 1, 0.21), Quad(11)},
+      {drilling, Field(Quad(11), 1, 2.1e11), Quad(11)},
+      {"stiffness below 1e-6: 2, first node 1 in x:", Field(Line(1, 0), 1, 1e-7), Field(Line(1, 0), 1, 1e-3)},
       {"translations without stiffness: 1, first node 2 in y:", Loose(1), Line(1, 1)},
       {"translations without stiffness: 2, first node 2 in y:", Loose(3), Line(1, 3)},
       {"rotations without stiffness: 3, first node 2 in rotation about x:", Loose(3), Line(1, 3)},
-      {"loaded freedoms without stiffness: 1, first node 2 in z:", WithLoadAcross(Loose(0)),
-       WithLoadAcross(Line(1, 0))},
+      {"loaded freedoms without stiffness: 1, first node 2 in y:", Loose(3), Line(1, 3)},
       {"prescribed displacements: 1, first node 1 in x:", Prescribed(2), Prescribed(1)},
       {"in runs of fewer than 4 elements: 1, first element 4:", LoadedBeams(4), LoadedBeams(1)},
-      // Four loaded beams with a corner between the second and the third, or one of them the other way round.
-      {"in runs of fewer than 4 elements: 4, first element 1:", Moved(LoadedBeams(1), {4, 5}, 0, 100),
-       With(LoadedBeams(1), [](Model& m) { std::swap(m.elements[1].nodes[0], m.elements[1].nodes[1]); })},
+      // A corner between the second and the third, or one of them the other way round.
+      {"in runs of fewer than 4 elements: 4, first", Moved(LoadedBeams(1), {4, 5}, 0, 100), turnedBeam},
       {"gaps shortened beyond their limit (field 6): 1, first record 2:", Stop(1e6, 100, 500), Stop(1e6, 1e5, 500)},
       // In metres the passes end too early, in millimetres they do not.
-      {"gaps that had not settled when the passes ended: 1, first record 2:", Stop(0.02, 2000, 1e-5),
-       Stop(20, 2000, 1e-2)},
+      {"gaps that had not settled when the passes ended: 1,", Stop(0.02, 2000, 1e-5), Stop(20, 2000, 1e-2)},
   };
   Folder folder;
   for (const auto& kind : kinds) {
     SCOPED_TRACE(kind.text);
     EXPECT_TRUE(Tells(folder.Solve(kind.tripping), kind.text));
-    EXPECT_FALSE(Tells(folder.Solve(kind.beside), kind.text.substr(0, kind.text.find(':'))));
+    EXPECT_EQ(folder.Solve(kind.beside), std::vector<std::string>{});
   }
 }
 
