@@ -81,13 +81,13 @@ struct Fault {
   int number;         // of the failure; 0 if none is shown
   std::string files;  // results on disk afterwards
   Messages messages{};
-
-  int Status() const {
-    if (number == 7 || number == 57 || number == 75) return exit_status::Resources;
-    if (name.starts_with("EEM.CTR")) return exit_status::StartUp;
-    return messages == Mechanism ? exit_status::Model : exit_status::BadInput;
-  }
 };
+
+int StatusOf(const Fault& fault) {
+  if (fault.number == 7 || fault.number == 57 || fault.number == 75) return exit_status::Resources;
+  if (fault.name.starts_with("EEM.CTR")) return exit_status::StartUp;
+  return fault.messages == Mechanism ? exit_status::Model : exit_status::BadInput;
+}
 
 /// Takes the control file away when a stage comes up.
 struct TakingDisplay : RecordingDisplay {
@@ -110,7 +110,7 @@ void ExpectFault(const std::string& stage, const Fault& fault, const AnalysisFla
   TakingDisplay display;
   display.control = folder.Program("EEM.CTR");
   if (fault.name.ends_with(" gone")) display.stage = stage;
-  EXPECT_EQ(folder.Run(display), fault.Status());
+  EXPECT_EQ(folder.Run(display), StatusOf(fault));
   Messages messages = fault.messages;
   if (!messages.empty() && messages[0].starts_with("FILE")) messages[0].insert(16, folder.File());
   EXPECT_EQ(display.messages, messages);

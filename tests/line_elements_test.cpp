@@ -15,27 +15,30 @@ TEST(TransverseBar, IsAStringUnderItsPreForceThatASagStiffens) {
   EXPECT_DOUBLE_EQ(TransverseStiffness({.E = 1000, .A = 7, .J = 5000, .Iy = 4}, 3), ((1 - 3.0 / 5) * 7000 + 5000) / 3);
 }
 
+/// NAME.MAT of a model.
+Grid StiffnessOf(Model model) {
+  model.flags.SolveFlag = 0;
+  model.cases.resize(1);
+  Folder folder;
+  folder.Solve(model);
+  return folder.Stiffness(DofPerNodeOf(model.analysisCode));
+}
+
 TEST(NodalSpring, TakesTheTermsOfItsMatrixThatFitTheCode) {
   Model model;
   model.AddNode(3, 4, 5);
   model.AddElement(16, {1});
   model.materials = {{}};
+  const auto term = [](std::size_t i, std::size_t j) { return static_cast<double>(i + j + 3 * i * j + 1); };
   model.springs.resize(1);
   for (std::size_t i = 0; i < 6; ++i) {
-    for (std::size_t j = 0; j < 6; ++j) {
-      model.springs[0][i][j] = static_cast<double>(i == j ? 100 * (i + 1) : i + j + 3 * i * j);
-    }
+    for (std::size_t j = 0; j < 6; ++j) model.springs[0][i][j] = term(i, j);
   }
-  model.flags.SolveFlag = 0;
-  model.cases.resize(1);
   const std::vector<std::size_t> rowsOfCode[] = {{0, 1, 2}, {0, 1}, {0, 1, 5}, {0, 1, 2, 3, 4, 5}};
-  for (int code : {0, 1, 2, 3}) {
-    model.analysisCode = code;
-    Folder folder;
-    folder.Solve(model);
-    const Grid K = folder.Stiffness(DofPerNodeOf(code));
-    for (int i = 1; std::size_t row : rowsOfCode[code]) {
-      for (int j = 1; std::size_t column : rowsOfCode[code]) EXPECT_EQ(K(i, j++), model.springs[0][row][column]);
+  for (model.analysisCode = 0; model.analysisCode <= 3; ++model.analysisCode) {
+    const Grid K = StiffnessOf(model);
+    for (int i = 1; std::size_t row : rowsOfCode[model.analysisCode]) {
+      for (int j = 1; std::size_t column : rowsOfCode[model.analysisCode]) EXPECT_EQ(K(i, j++), term(row, column));
       ++i;
     }
   }
@@ -48,11 +51,7 @@ Grid OneElement(int type, int code, const Vector3& from, const Vector3& to, doub
   for (const Vector3& p : {from, to}) model.AddNode(p.x, p.y, p.z);
   model.AddElement(type, {1, 2});
   model.materials = {{2e11, 0.25, 7850, 0.01, 0, degrees, 3e-6, 0, 1e-6, 1e-5, 2e-6, 2e-5}};
-  model.flags.SolveFlag = 0;
-  model.cases.resize(1);
-  Folder folder;
-  folder.Solve(model);
-  return folder.Stiffness(DofPerNodeOf(code));
+  return StiffnessOf(model);
 }
 
 TEST(LineElements, NeedNoForceToMoveAsARigidBody) {
