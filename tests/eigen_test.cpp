@@ -111,7 +111,9 @@ TEST(EigenStage, FindsAsManyModesOfAChainAsTheSupportsLeave) {
     RecordingDisplay display;
     EXPECT_EQ(folder.Run(display), 0);
     EXPECT_TRUE(display.messages.empty());
-    EXPECT_EQ(display.warnings.empty(), c.linesMore == 0);
+    const std::string lines = "that the model has not: " + std::to_string(c.linesMore) + ", first node 2:";
+    const auto tells = [&](const std::string& warning) { return warning.find(lines) != std::string::npos; };
+    EXPECT_EQ(std::any_of(display.warnings.begin(), display.warnings.end(), tells), c.linesMore > 0);
     const auto modes = ReadModes(folder, c.masses + 1);
     ASSERT_EQ(modes.size(), c.modes);
     for (std::size_t i = 0; i < c.modes; ++i) {
@@ -144,31 +146,29 @@ TEST(EigenStage, AddsTheMassesOfLoadCasesThatAreNoPlainForces) {
 
 TEST(EigenStage, StopsAtOnceAndLeavesTheControlFile) {
   const struct {
-    const char* name;
-    void (*change)(Model&);
+    void (*spoil)(Model&);
     int error;
     std::string box;  // the equation alone, or a description and a second box with the line
     const char* file;
   } cases[] = {
-      {"loose in the middle", [](Model& m) { m.supports.erase(m.supports.begin() + 2); }, 11, "6", "1,4\n"},
-      {"loose at the end", [](Model& m) { m.supports.erase(m.supports.begin() + 3); }, 11, "division by", "1,4\n"},
-      {"no load case", [](Model& m) { m.cases.clear(); }, 9, "load case 1", "of an earlier run"},
+      {[](Model& m) { m.supports.erase(m.supports.begin() + 2); }, 11, "6", "1,4\n"},                 // in the middle
+      {[](Model& m) { m.supports.erase(m.supports.begin() + 3); }, 11, "division by zero", "1,4\n"},  // at the end
+      {[](Model& m) { m.cases.clear(); }, 9, "load case 1", "of an earlier run"},
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    Folder folder;
+    SCOPED_TRACE(c.box);
     Model model = Chain(3);
-    c.change(model);
+    c.spoil(model);
+    Folder folder;
     folder.Write(model);
     folder.Write(".EIG", "of an earlier run");
     RecordingDisplay display;
     EXPECT_NE(folder.Run(display), 0);
     EXPECT_TRUE(std::filesystem::exists(folder.Program("EEM.CTR")));
-    EXPECT_EQ(display.stages.back(), "Freq 1.0");
     ASSERT_EQ(display.notices.size(), 1u);
+    EXPECT_EQ(display.notices[0].stage, "Freq 1.0");
     EXPECT_EQ(display.notices[0].number, c.error);
-    ASSERT_EQ(display.messages.size(), c.box == "6" ? 1u : 2u);
-    EXPECT_NE(display.messages[0].find(c.box), std::string::npos) << display.messages[0];
+    EXPECT_TRUE(display.messages.at(0).find(c.box) != std::string::npos) << display.messages[0];
     EXPECT_EQ(display.messages.back(), c.box == "6" ? c.box : std::to_string(display.notices[0].line));
     EXPECT_EQ(folder.Read(".EIG"), c.file);
   }

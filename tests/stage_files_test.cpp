@@ -1,4 +1,4 @@
-// The exact forms of NAME.DAT, NAME.MAS, NAME.EMS and NAME.KRT.
+// The exact forms of NAME.DAT, NAME.MAS and NAME.EMS.
 
 #include <gtest/gtest.h>
 
@@ -89,22 +89,6 @@ TEST(MassStage, SumsBeamsByFreedomAndMaterial) {
   // At a plane node the rotary mass of the last beam stands.
   EXPECT_TRUE(Masses(folder, 2, {along, across}).starts_with("6,6,4\n12,12,1\n6,6,1\n0,0,0\n"));
   EXPECT_TRUE(Masses(folder, 2, {across, along}).starts_with("6,6,4\n12,12,4\n6,6,1\n0,0,0\n"));
-}
-
-TEST(NodalForces, HaveTheirOwnFormOfText) {
-  Model model;
-  model.analysisCode = 1;
-  model.nodes = {{0, 0, 0}, {2, 0, 0}};
-  model.AddElement(1, {1, 2});
-  model.materials = {{1000, 0, 0, 1}};
-  model.supports = {{1, 1}, {1, 2}, {2, 2}};
-  model.cases = {{{{2, 1, 64}}, {}}, {{{2, 1, -8}, {1, 2, 3}}, {}}};
-  Folder folder;
-  folder.Solve(model);
-  EXPECT_EQ(folder.Read(".KRT"),
-            " 2             1            \n"
-            " 1 -64,0\n 2 0,0\n0,-64,0\n\"END\"\n"
-            " 1 8,-3\n 2 0,0\n0,8,-3\n\"END\"\n");
 }
 
 }  // namespace

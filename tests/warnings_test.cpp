@@ -6,9 +6,7 @@
 #include <algorithm>
 #include <functional>
 
-#include "run/model_warnings.hpp"
-#include "run/run.hpp"
-#include "solve/supports.hpp"
+#include "model/model_sizes.hpp"
 #include "support.hpp"
 
 namespace velmor::testing {
@@ -119,6 +117,14 @@ Model Stop(double load, double stiffness, double limit) {
   return model;
 }
 
+/// Two bars in a row with the same mass on every freedom, for an eigen run.
+Model EigenRun() {
+  Model model = Line(1, 1, 2);
+  model.flags.EigenFlag = 1;
+  model.cases[0].nodal = {{1, 1, 1}, {1, 2, 1}, {2, 1, 1}, {2, 2, 1}, {3, 1, 1}, {3, 2, 1}};
+  return model;
+}
+
 bool Tells(const std::vector<std::string>& warnings, const std::string& part) {
   return std::any_of(warnings.begin(), warnings.end(),
                      [&](const std::string& warning) { return warning.find(part) != std::string::npos; });
@@ -128,6 +134,13 @@ TEST(Warnings, TellWhatAModelAsksTooMuch) {
   const std::string noRectangle = "that are no rectangles: 1, first element 1:", drilling = "drilling stiffness of 1.0";
   const Model passive = With(Line(1, 1), [](Model& m) { m.AddElement(-1, {m.AddNode(0, 100), 2}); });
   const Model turnedBeam = With(LoadedBeams(1), [](Model& m) { m.elements[1].nodes = {3, 2}; });
+  const Model unequal = With(EigenRun(), [](Model& m) { m.cases[0].nodal[2].value = 0.999; });
+  const Model loaded = With(EigenRun(), [](Model& m) { m.supports[0].value = 1e-20; });
+  const Model full = With(EigenRun(), [](Model& m) { m.supports.resize(6, {1, 1}); });
+  const Model withGap = With(Field(Stop(20, 2000, 1e-2), 3, 1), [](Model& m) {
+    m.flags.EigenFlag = 1;
+    m.materials[1][2] = 1;
+  });
   const struct {
     std::string text;
     Model tripping, beside;  // the second without any warning
@@ -162,6 +175,10 @@ TEST(Warnings, TellWhatAModelAsksTooMuch) {
       {"gaps shortened beyond their limit (field 6): 1, first record 2:", Stop(1e6, 100, 500), Stop(1e6, 1e5, 500)},
       // In metres the passes end too early, in millimetres they do not.
       {"gaps that had not settled when the passes ended: 1,", Stop(0.02, 2000, 1e-5), Stop(20, 2000, 1e-2)},
+      {"less mass than the heaviest: 1, first node 2 in x:", unequal, EigenRun()},
+      {"supports with a value in an eigen run: 1, first node 1 in x:", loaded, EigenRun()},
+      {"as many support lines as equations: no mode is looked for", full, EigenRun()},
+      {"gaps in an eigen run", withGap, EigenRun()},
   };
   Folder folder;
   for (const auto& kind : kinds) {
@@ -178,31 +195,6 @@ TEST(Warnings, AreToldOnceAndAgainInTheSummary) {
   EXPECT_EQ(folder.Run(display), 0);
   ASSERT_EQ(display.warnings.size(), 1u);
   EXPECT_TRUE(Tells(display.summary, display.warnings[0]));
-}
-
-TEST(Warnings, TellWhatAnEigenRunMakesOfMassesAndSupports) {
-  RecordingDisplay display;
-  velmor::Run run{display, ""};
-  run.analysisCode = 1;
-  run.sizes = {2, 4, 1, 2};  // two nodes in the plane
-  Column masses(6, 3.0);
-  masses(1) = 1;
-  masses(6) = 0;  // beyond the equations
-  WarnOfUnequalMasses(run, masses, {{1, 1, 0}, {1, 3, 0}});
-  WarnOfEigenModel(run, {{1, 1, 0}, {1, 2, 0}});
-  EXPECT_TRUE(display.warnings.empty());
-  masses(4) = 2.9;
-  WarnOfUnequalMasses(run, masses, {{1, 1, 0}, {1, 3, 0}});
-  WarnOfEigenModel(run, {{2, 1, 0.5}, {1, 3, 0}, {2, 3, 0}});
-  EXPECT_FALSE(Tells(display.warnings, "no mode is looked for"));
-  run.gapFlag = true;
-  WarnOfEigenModel(run, std::vector<Support>(4, {1, 1, 0}));
-  for (const char* text : {"less mass than the heaviest: 1, first node 2 in y:",
-                           "supports with a value in an eigen run: 1, first node 2 in x:",
-                           "supports of freedoms that the model has not: 2, first node 1:", "no mode is looked for",
-                           "gaps in an eigen run"}) {
-    EXPECT_TRUE(Tells(display.warnings, text)) << text;
-  }
 }
 
 }  // namespace
