@@ -12,21 +12,6 @@
 namespace velmor::testing {
 namespace {
 
-/// A model run stage by stage up to the Non-Linear stage, so that what it leaves in memory can be looked at.
-struct GapRun {
-  explicit GapRun(const Model& model) {
-    folder.Write(model);
-    bool readable = false;
-    run.modelSizeValues = ReadModelSizeValues(run.programFolder, readable);
-    for (const auto stage : {RunKolStage, RunStiffnessStage, RunGapStage}) stage(run);
-  }
-  double Factor(int record) const { return run.model.State(record); }
-
-  Folder folder;
-  RecordingDisplay display;
-  velmor::Run run{display, folder.Program()};
-};
-
 /// A bar of stiffness 1 along x from node 1, held, to node 2, and a gap (E A of 100) from there to a wall at
 /// node 3.
 Model BarAndStop(double load, double wall = 2) {
@@ -39,16 +24,17 @@ Model BarAndStop(double load, double wall = 2) {
   model.supports = {{2, 2}};
   for (int node : {1, 3}) model.Fix(node, 2);
   model.cases = {{{{2, 1, load}}, {}}};
+  model.flags.LineStressFlag = 1;
   return model;
 }
 
 TEST(GapStage, HoldsABarAtItsLimitAndNoOther) {
   // Displacements in thousands, so that the limit of 1e-4 between two passes is small beside them.
   for (const auto& [load, u] : {std::pair{1500, 1000}, {600, 600}, {0, 0}, {-600, -600}, {-2500, -2500}}) {
-    const GapRun gap(BarAndStop(load));
-    EXPECT_NEAR(gap.run.LoadTable(1, gap.run.sizes.Equation(2, 1)), u, 0.05);
-    EXPECT_NEAR(gap.Factor(2) * 100 * u, load - u, 0.05) << "load " << load;
-    EXPECT_TRUE(gap.display.warnings.empty());
+    Folder folder;
+    EXPECT_TRUE(folder.Solve(BarAndStop(load)).empty());
+    EXPECT_NEAR(folder.Displacements()(1, 2, 1), u, 0.05);
+    EXPECT_NEAR(folder.Blocks(".LES").at(0).at(2).at(4) * 4, u - load, 0.05) << "force of the gap under " << load;
   }
 }
 
@@ -62,13 +48,18 @@ TEST(GapStage, HandsItsFactorToTheRecordsBehindAGap) {
   model.AddElement(16, {2}, 3);                                 // takes the gap's factor
   model.AddElement(1, {2, 4}, 4);                               // a bar keeps 1
   model.AddElement(3, {1, 2, 4}, 4);                            // takes the factor, and its box comes up in every pass
-  const GapRun gap(model);
-  EXPECT_NEAR(gap.Factor(3), 0.005, 1e-6);
-  for (int record : {1, 2, 5}) EXPECT_EQ(gap.Factor(record), 1);
-  for (int record : {4, 6}) EXPECT_EQ(gap.Factor(record), gap.Factor(3));
-  const auto& messages = gap.display.messages;
-  const auto boxes = std::count(messages.begin(), messages.end(), "TRIMS ELEMENT IS NOT SUPPORTED");
-  EXPECT_EQ(boxes, 1 + gap.run.report.gapPasses);
+  Folder folder;
+  folder.Write(model);
+  RecordingDisplay display;
+  velmor::Run run{display, folder.Program()};
+  bool readable = false;
+  run.modelSizeValues = ReadModelSizeValues(run.programFolder, readable);
+  for (const auto stage : {RunKolStage, RunStiffnessStage, RunGapStage}) stage(run);
+  EXPECT_NEAR(run.model.State(3), 0.005, 1e-6);
+  for (int record : {1, 2, 5}) EXPECT_EQ(run.model.State(record), 1);
+  for (int record : {4, 6}) EXPECT_EQ(run.model.State(record), run.model.State(3));
+  const auto boxes = std::count(display.messages.begin(), display.messages.end(), "TRIMS ELEMENT IS NOT SUPPORTED");
+  EXPECT_EQ(boxes, 1 + run.report.gapPasses);
 }
 
 TEST(GapStage, TakesThePlaceOfTheLinearStagesWhereTheKolStageMeetsGaps) {

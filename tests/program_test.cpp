@@ -110,10 +110,9 @@ TEST(Program, TakesARelativeModelPathAndTellsByItsStatus) {
   program.Remove(".MLT");
   WriteFile(program.Folder::Program("EEM.CTR"), "\"../model\"\r\n0,1,3,0,1,1,0,0\r\n");
   EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::BadInput);
-  const auto errors = [&] { return ReadFile(program.Folder::Program("errors")); };
-  EXPECT_TRUE(errors().starts_with("FILE NOT FOUND: ../model.MLT\nFATAL ERROR, RUN ABORTED\n"));
+  const std::string errors = ReadFile(program.Folder::Program("errors"));
+  EXPECT_TRUE(errors.starts_with("FILE NOT FOUND: ../model.MLT\nFATAL ERROR, RUN ABORTED\n"));
   EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::StartUp);  // EEM.CTR is gone, nobody is at the buttons
-  EXPECT_EQ(errors(), "");
 }
 
 TEST(Program, IsAskedForAModelAtAConsole) {

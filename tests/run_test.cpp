@@ -5,7 +5,6 @@
 #include <cmath>
 #include <map>
 #include <numbers>
-#include <sstream>
 
 #include "run/analysis_options.hpp"
 #include "support.hpp"
@@ -49,19 +48,15 @@ using Files = std::map<std::string, std::string>;  // text of each by name
 
 /// The blocks of a page that carry the name of a file, ```name to ```, from the EEM.CTR of a model to the next EEM.CTR.
 Files FilesOf(const std::string& page, const std::string& model) {
+  const std::string text = ReadFile(std::string(VELMOR_DOCS_FOLDER) + "/" + page), fence = "```";
   Files files;
-  std::istringstream text(ReadFile(std::string(VELMOR_DOCS_FOLDER) + "/" + page));
-  std::string name, block;
   bool belongs = false;
-  for (std::string line; std::getline(text, line);) {
-    if (!line.starts_with("```")) {
-      block += line + "\n";
-      continue;
-    }
+  for (std::size_t open = text.find(fence), close = 0; open < text.size(); open = text.find(fence, close + 4)) {
+    const std::size_t start = text.find('\n', open) + 1;
+    close = text.find("\n" + fence, start - 1);
+    const std::string name = text.substr(open + 3, start - open - 4), block = text.substr(start, close + 1 - start);
     if (name == "EEM.CTR") belongs = block.starts_with('"' + model + '"');
     if (belongs && !name.empty()) files[name] = block;
-    name = line.substr(3);
-    block.clear();
   }
   return files;
 }
