@@ -16,7 +16,7 @@ namespace {
 /// begins with its EEM.CTR.
 std::map<std::string, std::map<std::string, std::string>> ExamplesOf(const std::string& page) {
   std::map<std::string, std::map<std::string, std::string>> files;
-  std::istringstream text(ReadFile(std::string(VELMOR_DOCS_FOLDER) + "/" + page));
+  std::istringstream text(ReadText(std::string(VELMOR_DOCS_FOLDER) + "/" + page));
   std::string name, block, control;
   for (std::string line; std::getline(text, line);) {
     if (!line.starts_with("```")) {
@@ -40,7 +40,7 @@ struct Page : Folder {
   /// Runs one example; fails the test on any message, failure or lost line.
   std::vector<std::string> RunExample(const std::string& model) {
     for (const auto& [name, text] : examples.at(model)) {
-      WriteFile(name.starts_with(model + ".") ? name : Program(name), text);
+      WriteText(name.starts_with(model + ".") ? name : Program(name), text);
     }
     return Solve();
   }
@@ -49,7 +49,7 @@ struct Page : Folder {
 };
 
 std::vector<double> Numbers(const std::string& path) {
-  std::istringstream text(ReadFile(path));
+  std::istringstream text(ReadText(path));
   std::vector<double> numbers;
   for (std::string item; std::getline(text, item);) numbers.push_back(std::strtod(item.c_str(), nullptr));
   return numbers;
@@ -58,7 +58,7 @@ std::vector<double> Numbers(const std::string& path) {
 TEST(Docs, TheShelfStandsAsPrinted) {
   Page page("input-files.md");
   for (const char* delivered : {"ELTYP.DAT", "PLAT.ELM"}) {
-    EXPECT_EQ(page.examples.at("shelf").at(delivered), ReadFile(std::string(VELMOR_DATA_FOLDER) + "/" + delivered));
+    EXPECT_EQ(page.examples.at("shelf").at(delivered), ReadText(std::string(VELMOR_DATA_FOLDER) + "/" + delivered));
   }
   page.RunExample("shelf");
   for (const char* extension :

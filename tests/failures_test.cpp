@@ -33,7 +33,7 @@ Model Cantilever() {
 /// Path of a file of the model, or of the program folder for a name without a point in front.
 std::string PathOf(const Folder& f, const std::string& file) { return file[0] == '.' ? f.File(file) : f.Program(file); }
 Spoil Text(std::string file, std::string text) {
-  return [=](const Folder& f) { WriteFile(PathOf(f, file), text); };
+  return [=](const Folder& f) { WriteText(PathOf(f, file), text); };
 }
 Spoil Change(std::string file, std::string from, std::string to) {
   return [=](const Folder& f) {
@@ -277,7 +277,7 @@ TEST(Failures, OfTheWorkingSpaceFileLeaveTheDefaults) {
   for (const char* text : {"", "9 9 9 0 9 9", "9 9 9 0 9 9 x", "9 9 9 0 9 9 -9"}) {
     Folder folder;
     folder.Write(Cantilever());
-    WriteFile(folder.Program("decmem.DAT"), text);
+    WriteText(folder.Program("decmem.DAT"), text);
     RecordingDisplay display;
     EXPECT_EQ(folder.Run(display), 0) << text;
     EXPECT_EQ(display.messages, Messages{"Error reading Model size. Set your default model size!!  "

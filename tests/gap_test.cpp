@@ -209,7 +209,7 @@ TEST(GapStage, FailsThroughItsMessages) {
   const Case cases[] = {
       {"a gap without a limit",
        [](Model& m) {
-         m.materials[1][5] = 0;
+         m.materials[1].turn = 0;
          m.cases[0].nodal[0].value = -1;
        },
        keep, 11, stopped, "Gap"},

@@ -13,7 +13,7 @@ namespace velmor::testing {
 namespace {
 
 constexpr double E = 2e11, nu = 0.25, A = 0.01, J = 3e-6, Iy = 1e-6, Iz = 2e-6, L = 2.5;
-std::array<double, 12> Section(double degrees = 0) { return {E, nu, 7850, A, 0, degrees, J, 0, Iy, 1e-5, Iz, 2e-5}; }
+models::Material Section(double degrees = 0) { return {E, nu, 7850, A, 0, degrees, J, 0, Iy, 1e-5, Iz, 2e-5}; }
 
 void AddLoads(Model::LoadCase& loads, int node, int first, const Vector3& v) {
   for (int k = 1; k <= 3; ++k) loads.nodal.push_back({node, first - 1 + k, v(k)});
@@ -88,10 +88,9 @@ TEST(NodalSpring, TakesTheTermsOfItsMatrixThatFitTheCode) {
   model.AddNode(3, 4, 5);
   model.AddElement(16, {1});
   model.materials = {{}};
-  model.springs.resize(1);
   for (std::size_t i = 0; i < 6; ++i) {
     for (std::size_t j = 0; j < 6; ++j) {
-      model.springs[0][i][j] = static_cast<double>(i == j ? 100 * (i + 1) : i + j + 3 * i * j);
+      model.materials[0].spring[i][j] = static_cast<double>(i == j ? 100 * (i + 1) : i + j + 3 * i * j);
     }
   }
   const std::vector<std::size_t> rowsOfCode[] = {{0, 1, 2}, {0, 1}, {0, 1, 5}, {0, 1, 2, 3, 4, 5}};
@@ -105,7 +104,7 @@ TEST(NodalSpring, TakesTheTermsOfItsMatrixThatFitTheCode) {
     const NodalValues u = folder.Displacements();
     for (std::size_t row : rows) {
       double force = 0;
-      for (int k = 1; std::size_t column : rows) force += model.springs[0][row][column] * u(1, 1, k++);
+      for (int k = 1; std::size_t column : rows) force += model.materials[0].spring[row][column] * u(1, 1, k++);
       EXPECT_NEAR(force, 10, 1e-11) << "code " << code << ", row " << row;
     }
   }

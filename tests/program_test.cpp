@@ -35,7 +35,7 @@ struct Program : Folder {
   Program() { std::filesystem::copy_file(VELMOR_PROGRAM, Folder::Program("velmor")); }
 
   pid_t Start(const std::string& input = "") const {
-    WriteFile(Folder::Program("input"), input);
+    WriteText(Folder::Program("input"), input);
     const pid_t process = ::fork();
     if (process != 0) return process;
     const auto connect = [&](const char* file, int flags, int stream) {
@@ -104,7 +104,7 @@ TEST(Program, RefusesASecondStartInItsFolder) {
   const Program program;
   const pid_t first = program.StartRestless();
   EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::StartUp);
-  EXPECT_TRUE(ReadFile(program.Folder::Program("errors")).starts_with("Velmor is running in this program folder"));
+  EXPECT_TRUE(ReadText(program.Folder::Program("errors")).starts_with("Velmor is running in this program folder"));
   EXPECT_TRUE(program.HasControlFile());
   EXPECT_EQ(Program::StatusOf(first), exit_status::Complete);
 }
@@ -118,7 +118,7 @@ TEST(Program, IsAskedForAModelAtAConsole) {
   const std::string input = again + "options\n4\n99\nready\nbrowse " + folder + "\n1\nrun\n";
   EXPECT_EQ(Program::StatusOf(program.Start(input)), exit_status::Complete);
   EXPECT_NEAR(program.Displacements()(1, 6, 2), -3.978722, 1e-5);
-  const std::string output = ReadFile(program.Folder::Program("output"));
+  const std::string output = ReadText(program.Folder::Program("output"));
   for (const char* part : {"There is no file", "[x] ", "   1  ", "Load case 1"}) {
     EXPECT_NE(output.find(part), std::string::npos) << part << "\n" << output;
   }

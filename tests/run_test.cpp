@@ -131,14 +131,14 @@ TEST(Program, TakesARelativeModelPathAndTellsByItsStatus) {
   Folder folder;
   folder.Write(Cantilever());
   folder.Remove(".MLT");
-  WriteFile(folder.Program("EEM.CTR"), "\"../model\"\r\n0,1,3,0,1,1,0,0\r\n");
+  WriteText(folder.Program("EEM.CTR"), "\"../model\"\r\n0,1,3,0,1,1,0,0\r\n");
   std::filesystem::copy_file(VELMOR_PROGRAM, folder.Program("velmor"));
   const std::string run = "cd " + folder.Program() + " && ./velmor </dev/null >/dev/null 2>errors";
   EXPECT_NE(std::system(run.c_str()), 0);
   EXPECT_TRUE(
-      ReadFile(folder.Program("errors")).starts_with("FILE NOT FOUND: ../model.MLT\nFATAL ERROR, RUN ABORTED\n"));
+      ReadText(folder.Program("errors")).starts_with("FILE NOT FOUND: ../model.MLT\nFATAL ERROR, RUN ABORTED\n"));
   EXPECT_NE(std::system(run.c_str()), 0);  // no EEM.CTR any more, and nobody at the buttons: it ends
-  EXPECT_EQ(ReadFile(folder.Program("errors")), "");
+  EXPECT_EQ(ReadText(folder.Program("errors")), "");
 }
 
 }  // namespace

@@ -63,8 +63,6 @@ TEST(Supports, PrescribeADisplacementInLoadCase1Alone) {
 }
 
 TEST(SysStage, StopsAtAMechanism) {
-  using Spring = std::array<std::array<double, 6>, 6>;
-  const Spring loose{{{1, 1}, {1, 1}}}, firm{{{1, 0}, {0, 1}}};
   for (bool last : {true, false}) {
     Model model;
     model.analysisCode = 1;
@@ -72,8 +70,7 @@ TEST(SysStage, StopsAtAMechanism) {
       model.AddNode(n, 0);
       model.AddElement(16, {n}, (n == 2) == last ? 1 : 2);
     }
-    model.materials = {{}, {}};
-    model.springs = {loose, firm};
+    model.materials = {{.spring = {{{1, 1}, {1, 1}}}}, {.spring = {{{1, 0}, {0, 1}}}}};
     model.cases = {{{{1, 1, 1}}, {}}};
     Folder folder;
     folder.Write(model);

@@ -23,7 +23,7 @@ constexpr Corners Twisted{{{0, 0, 0}, {40, 0, 0}, {40, 30, 2}, {0, 30, 0}}};
 constexpr Corners Reentrant{{{0, 0, 0}, {40, 0, 0}, {18, 18, 0}, {0, 40, 0}}};
 
 /// Steel in N and mm, 20 thick: as thick as an element is long, nearly.
-constexpr std::array<double, 12> Steel{210000, 0.3, 0, 20, 0, 0, 100, 0, 100, 0, 100};
+constexpr models::Material Steel{210000, 0.3, 0, 20, 0, 0, 100, 0, 100, 0, 100};
 
 bool Bends(int type) { return type == 6 || (8 <= type && type <= 11); }
 
@@ -111,13 +111,13 @@ Model UnusedNode(bool trips) {
 
 Model ThinTypeSix(bool trips) {
   Model model = Quad(6, Rectangle);
-  model.materials[0][3] = trips ? 10 : 40;
+  model.materials[0].area = trips ? 10 : 40;
   return model;
 }
 
 Model PlaneStrain(bool trips) {
   Model model = Quad(trips ? 5 : 4, Rectangle);
-  model.materials[0][4] = 1;
+  model.materials[0].planeStrain = 1;
   return model;
 }
 
@@ -125,13 +125,13 @@ Model PlaneStrain(bool trips) {
 template <int thousandfold>
 Model Drilling(bool trips) {
   Model model = Quad(11, Rectangle);
-  if (trips) model.materials[0][0] *= std::pow(1000.0, thousandfold);
+  if (trips) model.materials[0].E *= std::pow(1000.0, thousandfold);
   return model;
 }
 
 Model NearlyLoose(bool trips) {
   Model model = Line(1, 0);
-  model.materials[0][0] = trips ? 1e-7 : 1e-3;  // E A / L = E / 5
+  model.materials[0].E = trips ? 1e-7 : 1e-3;  // E A / L = E / 5
   return model;
 }
 
@@ -179,8 +179,8 @@ Model Stop(bool trips) {
   const int wall = model.AddNode(200, 0);
   model.Fix(wall, 2);
   model.AddElement(14, {2, wall}, 2);
-  model.materials.push_back({Steel[0] * (trips ? 0.1 : 100), 0, 0, 20, 0, 500});
-  model.cases[0].nodal[0].value = 1000 * Steel[0] * 20 / 100;
+  model.materials.push_back({Steel.E * (trips ? 0.1 : 100), 0, 0, 20, 0, 500});
+  model.cases[0].nodal[0].value = 1000 * Steel.E * 20 / 100;
   return model;
 }
 
