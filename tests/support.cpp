@@ -1,22 +1,19 @@
 #include "support.hpp"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
+#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp
 
 #include <algorithm>
-#include <atomic>
 #include <cstring>
 #include <sstream>
+#include <stdexcept>
 
 #include "model/model_sizes.hpp"
 #include "run/run_controller.hpp"
 
-namespace velmor::testing {
-namespace {
-
 namespace fs = std::filesystem;
 
-}  // namespace
+namespace velmor::testing {
 
 void RecordingDisplay::Note(const std::string& stage, const std::string& status) {
   if (!stage.empty() && (stages.empty() || stages.back() != stage)) stages.push_back(stage);
@@ -64,8 +61,9 @@ void RecordingDisplay::ShowModal(OptionsWindow& window) {
 }
 
 Folder::Folder() {
-  static std::atomic<int> count{0};
-  root_ = fs::temp_directory_path() / ("velmor-" + std::to_string(::getpid()) + "-" + std::to_string(++count));
+  std::string name = (fs::temp_directory_path() / "velmor-XXXXXX").string();
+  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot make the folder " + name);
+  root_ = name;
   fs::create_directories(root_ / "program");
   for (const char* file : {"ELTYP.DAT", "decmem.DAT", "PLAT.ELM"}) {
     fs::copy_file(fs::path(VELMOR_DATA_FOLDER) / file, root_ / "program" / file);
