@@ -1,9 +1,9 @@
 #include "plate_models.hpp"
 
-#include <array>
 #include <fstream>
+#include <vector>
 
-#include "base/item_writer.hpp"
+#include "models/model_files.hpp"
 
 namespace velmor::bench {
 namespace {
@@ -28,7 +28,7 @@ void ForEachElement(const PlateModel& plate, Action action) {
   for (int row = 0; row < plate.elements; ++row) {
     for (int column = 1; column <= plate.elements; ++column) {
       const int first = row * plate.Line() + column, above = first + plate.Line();
-      action(++element, std::array{first, first + 1, above + 1, above});
+      action(++element, std::vector{first, first + 1, above + 1, above});
     }
   }
 }
@@ -42,29 +42,19 @@ double NavierDeflection() {
 }
 
 void WriteModelFamily(const PlateModel& plate, const std::string& name) {
-  const int elements = plate.elements * plate.elements;
-  ItemWriter tek(name + ".TEK"), ell(name + ".ell"), rot(name + ".rot"), vpl(name + ".VPL");
-  tek.Line(plate.Nodes(), elements);
-  vpl.Line(4 * plate.elements + 3);
+  models::Model model;
   ForEachNode(plate, [&](int node, double x, double y, bool isOnEdge) {
-    tek.Line(x, y, 0);
-    if (isOnEdge) vpl.Line(node, 3, 0);
+    model.AddNode(x, y);
+    if (isOnEdge) model.Hold(node, {models::Z});
   });
-  for (const auto& [node, direction] : {std::array{1, 1}, {1, 2}, {plate.Line(), 2}}) vpl.Line(node, direction, 0);
-  ell.Line(elements);
-  ForEachElement(plate, [&](int element, const std::array<int, 4>& nodes) {
-    tek.Line(9, nodes[0], nodes[1], nodes[2], nodes[3], 1);
-    ell.Line(element, 3, -PlateModel::Pressure);
-    rot.Line(0);
+  model.Hold(1, {models::X, models::Y});
+  model.Hold(plate.Line(), {models::Y});
+  ForEachElement(plate, [&](int element, const std::vector<int>& nodes) {
+    model.AddElement(9, nodes);
+    model.LoadElement(element, 3, -PlateModel::Pressure);
   });
-  for (ItemWriter* const file : {&tek, &ell, &rot, &vpl}) file->Close();
-
-  std::ofstream(name + ".KNK") << "0\n";
-  std::ofstream(name + ".lcd") << "1\n\"load\",0,0,0,0,0,0\n";
-  std::ofstream mlt(name + ".MLT");
-  mlt << "1\n\"steel\"," << PlateModel::E << ',' << PlateModel::Nu << ",7850," << PlateModel::Thickness;
-  mlt << ",0,0,0,0,0,0,0,0\n";
-  for (int row = 0; row < 6; ++row) mlt << "0,0,0,0,0,0\n";
+  model.AddMaterial({.E = PlateModel::E, .nu = PlateModel::Nu, .density = 7850, .area = PlateModel::Thickness});
+  models::WriteFamily(model, name);
 }
 
 void WriteInputDeck(const PlateModel& plate, const std::string& name, const std::string& elementType) {
@@ -76,7 +66,7 @@ void WriteInputDeck(const PlateModel& plate, const std::string& name, const std:
     if (isOnEdge) edge += std::to_string(node) + "\n";
   });
   deck << "*ELEMENT,TYPE=" << elementType << ",ELSET=PLATE\n";
-  ForEachElement(plate, [&](int element, const std::array<int, 4>& nodes) {
+  ForEachElement(plate, [&](int element, const std::vector<int>& nodes) {
     deck << element << ',' << nodes[0] << ',' << nodes[1] << ',' << nodes[2] << ',' << nodes[3] << '\n';
   });
   deck << "*NSET,NSET=EDGE\n" << edge << "*NSET,NSET=CENTRE\n" << plate.Centre() << '\n';

@@ -74,7 +74,7 @@ TEST(BandMatrix, FileReadsTheSameWithAndWithoutHoles) {
     return std::equal(K.Row(e), K.Row(e) + Width + 2, band.Row(row));
   };
   for (const bool holes : {true, false}) {
-    if (!holes) WriteFile(path, plain);
+    if (!holes) WriteText(path, plain);
     BandMatrix back(Equations + 1, Width + 1);
     LoadMatrix(back, path, Equations, Width);
     for (int e = 0; e <= Equations + 1; ++e) {

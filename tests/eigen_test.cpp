@@ -67,7 +67,6 @@ Model Chain(int masses) {
   model.analysisCode = 1;
   model.flags = {.EigenFlag = 1, .SolveFlag = 0, .LineStressFlag = 0, .FEStressFlag = 0};
   model.materials = {{1, 0, 0, 1}};
-  model.cases.resize(1);
   for (int node = 1; node <= masses + 1; ++node) {
     model.AddNode(node, 0);
     if (node > 1) model.AddElement(1, {node - 1, node});

@@ -32,7 +32,7 @@ Model Cantilever() {
 /// Path of a file of the model, or of the program folder for a name without a point in front.
 std::string PathOf(const Folder& f, const std::string& file) { return file[0] == '.' ? f.File(file) : f.Program(file); }
 Spoil Text(std::string file, std::string text) {
-  return [=](const Folder& f) { WriteFile(PathOf(f, file), text); };
+  return [=](const Folder& f) { WriteText(PathOf(f, file), text); };
 }
 Spoil Gone(std::string file) {
   return [=](const Folder& f) { fs::remove(PathOf(f, file)); };
@@ -246,7 +246,7 @@ TEST(Failures, OfTheLoadAssemblyEndItSilentlyWithAWarning) {
 TEST(Failures, OfTheWorkingSpaceFileLeaveTheDefaults) {
   Folder folder;
   folder.Write(Cantilever());
-  WriteFile(folder.Program("decmem.DAT"), "9 9 9 0 9 9 -9");
+  WriteText(folder.Program("decmem.DAT"), "9 9 9 0 9 9 -9");
   RecordingDisplay display;
   EXPECT_EQ(folder.Run(display), 0);
   EXPECT_EQ(display.messages, Messages{"Error reading Model size. Set your default model size!!  "

@@ -18,7 +18,6 @@ TEST(TransverseBar, IsAStringUnderItsPreForceThatASagStiffens) {
 /// NAME.MAT of a model.
 Grid StiffnessOf(Model model) {
   model.flags.SolveFlag = 0;
-  model.cases.resize(1);
   Folder folder;
   folder.Solve(model);
   return folder.Stiffness(DofPerNodeOf(model.analysisCode));
@@ -30,9 +29,8 @@ TEST(NodalSpring, TakesTheTermsOfItsMatrixThatFitTheCode) {
   model.AddElement(16, {1});
   model.materials = {{}};
   const auto term = [](std::size_t i, std::size_t j) { return static_cast<double>(i + j + 3 * i * j + 1); };
-  model.springs.resize(1);
   for (std::size_t i = 0; i < 6; ++i) {
-    for (std::size_t j = 0; j < 6; ++j) model.springs[0][i][j] = term(i, j);
+    for (std::size_t j = 0; j < 6; ++j) model.materials[0].spring[i][j] = term(i, j);
   }
   const std::vector<std::size_t> rowsOfCode[] = {{0, 1, 2}, {0, 1}, {0, 1, 5}, {0, 1, 2, 3, 4, 5}};
   for (model.analysisCode = 0; model.analysisCode <= 3; ++model.analysisCode) {

@@ -11,9 +11,9 @@ namespace {
 
 constexpr double E = 2000, nu = 0.25, t = 0.4;
 constexpr double Modulus = E / (1 - nu * nu), G = E / (2 * (1 + nu));
-const std::array<double, 12> Steel{E, nu, 1, t};
-const std::array<double, 12> SteelInPlaneStrain{E, nu, 1, t, 1};
-const std::array<double, 12> SteelWithAnotherFlag{E, nu, 1, t, 2};
+const models::Material Steel{E, nu, 1, t};
+const models::Material SteelInPlaneStrain{E, nu, 1, t, 1};
+const models::Material SteelWithAnotherFlag{E, nu, 1, t, 2};
 
 using Corners = std::vector<std::array<double, 2>>;
 const Corners Rectangle{{-2, -1}, {2, -1}, {2, 1}, {-2, 1}};  // half sides 2 and 1 about the origin
@@ -22,7 +22,7 @@ const Corners Parallelogram{{-2.5, -1}, {1.5, -1}, {2.5, 1}, {-1.5, 1}};
 const Corners ThreeCorners{{-2, -1}, {1, -1}, {3, 1.5}};
 
 Model OneElement(int type, const Corners& corners, const Plane& plane = Flat,
-                 const std::array<double, 12>& material = Steel) {
+                 const models::Material& material = Steel) {
   Model model;
   std::vector<int> nodes;
   for (const auto& [x, y] : corners) {
@@ -59,8 +59,8 @@ TEST(NodalStress, OfAUniformStrainIsTheSameTensorAtEveryNode) {
   for (const MembraneCase& membrane : Membranes) {
     for (const auto& material : {Steel, SteelInPlaneStrain, SteelWithAnotherFlag}) {
       for (const Plane& plane : {Flat, Turned}) {
-        SCOPED_TRACE("type " + std::to_string(membrane.type) + ", flag " + std::to_string(material[4]));
-        const bool planeStrain = membrane.knowsPlaneStrain && material[4] == 1;
+        SCOPED_TRACE("type " + std::to_string(membrane.type) + ", flag " + std::to_string(material.planeStrain));
+        const bool planeStrain = membrane.knowsPlaneStrain && material.planeStrain == 1;
         const double lambda = planeStrain ? E * nu / ((1 + nu) * (1 - 2 * nu)) : E * nu / (1 - nu * nu);
         const double sx = 2 * G * 1e-3 + lambda * -1e-3, sy = 2 * G * -2e-3 + lambda * -1e-3, sxy = G * 3e-3;
         Folder folder;

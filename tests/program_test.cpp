@@ -20,7 +20,7 @@ struct Program : Folder {
   Program() { std::filesystem::copy_file(VELMOR_PROGRAM, Folder::Program("velmor")); }
 
   pid_t Start(const std::string& input = "") const {
-    WriteFile(Folder::Program("input"), input);
+    WriteText(Folder::Program("input"), input);
     const pid_t process = ::fork();
     if (process != 0) return process;
     if (::chdir(Folder::Program().c_str()) != 0) ::_exit(127);
@@ -88,8 +88,8 @@ TEST(Program, LeavesWholeFilesWhenItIsKilledAndStartsAgain) {
   EXPECT_TRUE(program.HasControlFile());
   EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::Complete);
   EXPECT_NEAR(program.Displacements()(1, 2, 1), -512, 1e-9);  // of the last pass
-  EXPECT_TRUE(ReadFile(program.Folder::Program("errors")).starts_with("Maximum number of itteration exceeded\n"));
-  EXPECT_NE(ReadFile(program.Folder::Program("output")).find("after 1001 passes"), std::string::npos);
+  EXPECT_TRUE(ReadText(program.Folder::Program("errors")).starts_with("Maximum number of itteration exceeded\n"));
+  EXPECT_NE(ReadText(program.Folder::Program("output")).find("after 1001 passes"), std::string::npos);
   program.ExpectNoTemporaryFile();
 }
 
@@ -98,7 +98,7 @@ TEST(Program, RefusesASecondStartInItsFolderAloneAndRunsInAnother) {
   other.WriteExample("roof-truss");
   const pid_t first = program.StartRestless(), third = other.Start();
   EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::StartUp);
-  EXPECT_TRUE(ReadFile(program.Folder::Program("errors")).starts_with("Velmor is running in this program folder"));
+  EXPECT_TRUE(ReadText(program.Folder::Program("errors")).starts_with("Velmor is running in this program folder"));
   EXPECT_TRUE(program.HasControlFile());
   EXPECT_EQ(Program::StatusOf(third), exit_status::Complete);
   EXPECT_EQ(Program::StatusOf(first), exit_status::Complete);
@@ -108,9 +108,9 @@ TEST(Program, TakesARelativeModelPathAndTellsByItsStatus) {
   const Program program;
   program.WriteExample("roof-truss");
   program.Remove(".MLT");
-  WriteFile(program.Folder::Program("EEM.CTR"), "\"../model\"\r\n0,1,3,0,1,1,0,0\r\n");
+  WriteText(program.Folder::Program("EEM.CTR"), "\"../model\"\r\n0,1,3,0,1,1,0,0\r\n");
   EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::BadInput);
-  const std::string errors = ReadFile(program.Folder::Program("errors"));
+  const std::string errors = ReadText(program.Folder::Program("errors"));
   EXPECT_TRUE(errors.starts_with("FILE NOT FOUND: ../model.MLT\nFATAL ERROR, RUN ABORTED\n"));
   EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::StartUp);  // EEM.CTR is gone, nobody is at the buttons
 }
@@ -124,7 +124,7 @@ TEST(Program, IsAskedForAModelAtAConsole) {
   const std::string input = again + "options\n4\n99\nready\nbrowse " + folder + "\n1\nrun\n";
   EXPECT_EQ(Program::StatusOf(program.Start(input)), exit_status::Complete);
   EXPECT_NEAR(program.Displacements()(1, 6, 2), -3.978722, 1e-5);
-  const std::string output = ReadFile(program.Folder::Program("output"));
+  const std::string output = ReadText(program.Folder::Program("output"));
   for (const char* part : {"There is no file", "[x] ", "   1  ", "Load case 1"}) {
     EXPECT_NE(output.find(part), std::string::npos) << part << "\n" << output;
   }

@@ -48,7 +48,7 @@ using Files = std::map<std::string, std::string>;  // text of each by name
 
 /// The blocks of a page that carry the name of a file, ```name to ```, from the EEM.CTR of a model to the next EEM.CTR.
 Files FilesOf(const std::string& page, const std::string& model) {
-  const std::string text = ReadFile(std::string(VELMOR_DOCS_FOLDER) + "/" + page), fence = "```";
+  const std::string text = ReadText(std::string(VELMOR_DOCS_FOLDER) + "/" + page), fence = "```";
   Files files;
   bool belongs = false;
   for (std::size_t open = text.find(fence), close = 0; open < text.size(); open = text.find(fence, close + 4)) {
@@ -67,7 +67,7 @@ struct Example : Folder {
   explicit Example(const std::string& model) : files(FilesOf("input-files.md", model)) {
     const fs::path before = fs::current_path();
     fs::current_path(fs::path(File()).parent_path());
-    for (const auto& [name, text] : files) WriteFile(name.starts_with(model + ".") ? name : Program(name), text);
+    for (const auto& [name, text] : files) WriteText(name.starts_with(model + ".") ? name : Program(name), text);
     Solve();
     for (const auto& entry : fs::directory_iterator(".")) {
       if (entry.path().stem() == model) fs::rename(entry.path(), File(entry.path().extension()));
@@ -80,7 +80,7 @@ struct Example : Folder {
 TEST(Run, PrintedExamplesGiveTheFiguresOfTheirPages) {
   const Example shelf("shelf");
   for (const char* delivered : {"ELTYP.DAT", "PLAT.ELM"}) {
-    EXPECT_EQ(shelf.files.at(delivered), ReadFile(std::string(VELMOR_DATA_FOLDER) + "/" + delivered));
+    EXPECT_EQ(shelf.files.at(delivered), ReadText(std::string(VELMOR_DATA_FOLDER) + "/" + delivered));
   }
   for (const char* extension : {".MAS", ".EMS", ".LES", ".NSR", ".NSL", ".NSA", ".NLA", ".RSA", ".RLA"}) {
     EXPECT_TRUE(shelf.Has(extension)) << extension;

@@ -62,7 +62,6 @@ std::string Masses(const Folder& folder, int code, const std::vector<Model::Elem
   model.elements = elements;
   model.materials = {{}, {1, 0, 6, 0.5, 0, 0, 1, 0, 1, 0, 1}, {1, 0, 1.5, 4, 0, 0, 1, 0, 1, 0, 1}};
   model.flags.SolveFlag = 0;
-  model.cases.resize(1);
   folder.Solve(model);
   return folder.Read(".MAS");
 }

@@ -180,7 +180,7 @@ Spoiling With(const std::string& extension, const std::string& text) {
   return [=](const Folder& folder) { folder.Write(extension, text); };
 }
 Spoiling WithProgramFile(const std::string& name, const std::string& text) {
-  return [=](const Folder& folder) { WriteFile(folder.Program(name), text); };
+  return [=](const Folder& folder) { WriteText(folder.Program(name), text); };
 }
 Spoiling Replaced(const std::string& extension, const std::string& part, const std::string& by) {
   return [=](const Folder& folder) {

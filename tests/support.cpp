@@ -1,120 +1,19 @@
 #include "support.hpp"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
+#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp
 
 #include <algorithm>
-#include <atomic>
 #include <cstring>
-#include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 #include "model/model_sizes.hpp"
 #include "run/run_controller.hpp"
 
-namespace velmor::testing {
-namespace {
-
 namespace fs = std::filesystem;
 
-std::vector<double> NumbersOf(std::string line) {
-  for (char& c : line) c = c == ',' ? ' ' : c;
-  std::istringstream items(line);
-  std::vector<double> numbers;
-  for (double x = 0; items >> x;) numbers.push_back(x);
-  return numbers;
-}
-
-/// Text of a model's files, items parted by blanks and commas in turn, as both must be read.
-class Text {
- public:
-  Text() { text_.precision(17); }
-  template <typename... Items>
-  Text& Line(const Items&... items) {
-    const char* separator = "";
-    ((text_ << std::exchange(separator, comma_ ? "," : " ") << items), ...);
-    text_ << "\n";
-    comma_ = !comma_;
-    return *this;
-  }
-  template <typename List>
-  Text& List_(const List& list) {
-    for (const auto& item : list) text_ << item << " ";
-    text_ << "\n";
-    return *this;
-  }
-  std::string str() const { return text_.str(); }
-
- private:
-  std::ostringstream text_;
-  bool comma_ = false;
-};
-
-std::string TekOf(const Model& model) {
-  Text tek;
-  tek.Line(model.nodes.size(), model.elements.size());
-  for (const auto& node : model.nodes) tek.Line(node[0], node[1], node[2]);
-  for (const auto& element : model.elements) {
-    tek.Line(element.type);
-    tek.List_(element.nodes);
-    tek.Line(element.material);
-  }
-  return tek.str();
-}
-
-std::string MltOf(const Model& model) {
-  Text mlt;
-  mlt.Line(model.materials.size());
-  for (const auto& fields : model.materials) mlt.Line("\"a material\"").List_(fields);
-  for (std::size_t m = 0; m < model.materials.size(); ++m) {
-    for (int row = 0; row < 6; ++row) {
-      mlt.List_(m < model.springs.size() ? model.springs[m][static_cast<std::size_t>(row)] : std::array<double, 6>{});
-    }
-  }
-  return mlt.str();
-}
-
-std::string KnkOf(const Model& model) {
-  Text knk;
-  for (const auto& loadCase : model.cases) {
-    knk.Line(loadCase.nodal.size());
-    for (const auto& load : loadCase.nodal) knk.Line(load.node, load.direction, load.value);
-  }
-  return knk.str();
-}
-
-std::string EllOf(const Model& model) {
-  Text ell;
-  for (const auto& loadCase : model.cases) {
-    ell.Line(loadCase.onElements.size());
-    for (const auto& load : loadCase.onElements) ell.Line(load.element, load.direction, load.value);
-  }
-  return ell.str();
-}
-
-std::string LcdOf(const Model& model) {
-  Text lcd;
-  lcd.Line(model.cases.size());
-  for (const auto& loadCase : model.cases) lcd.Line("\"load case\"", loadCase.type).List_(loadCase.values);
-  return lcd.str();
-}
-
-std::string VplOf(const Model& model) {
-  Text vpl;
-  vpl.Line(model.supports.size());
-  for (const auto& support : model.supports) vpl.Line(support.node, support.direction, support.value);
-  return vpl.str();
-}
-
-}  // namespace
-
-void WriteFile(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
-
-std::string ReadFile(const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
+namespace velmor::testing {
 
 void RecordingDisplay::Note(const std::string& stage, const std::string& status) {
   if (!stage.empty() && (stages.empty() || stages.back() != stage)) stages.push_back(stage);
@@ -162,8 +61,9 @@ void RecordingDisplay::ShowModal(OptionsWindow& window) {
 }
 
 Folder::Folder() {
-  static std::atomic<int> count{0};
-  root_ = fs::temp_directory_path() / ("velmor-" + std::to_string(::getpid()) + "-" + std::to_string(++count));
+  std::string name = (fs::temp_directory_path() / "velmor-XXXXXX").string();
+  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot make the folder " + name);
+  root_ = name;
   fs::create_directories(root_ / "program");
   for (const char* file : {"ELTYP.DAT", "decmem.DAT", "PLAT.ELM"}) {
     fs::copy_file(fs::path(VELMOR_DATA_FOLDER) / file, root_ / "program" / file);
@@ -175,21 +75,16 @@ Folder::~Folder() {
   fs::remove_all(root_, ignored);
 }
 
-void Folder::Write(const std::string& extension, const std::string& text) const { WriteFile(File(extension), text); }
-
-std::string Folder::Read(const std::string& extension) const { return ReadFile(File(extension)); }
+std::string Folder::Read(const std::string& extension) const {
+  return Has(extension) ? models::ReadText(File(extension)) : "";
+}
 
 void Folder::WriteControl(int analysisCode, const AnalysisFlags& flags) const {
   WriteControlFile(Program(), {File(), analysisCode, flags});
 }
 
 void Folder::Write(const Model& model) const {
-  Write(".TEK", TekOf(model));
-  Write(".MLT", MltOf(model));
-  Write(".VPL", VplOf(model));
-  Write(".lcd", LcdOf(model));
-  Write(".KNK", KnkOf(model));
-  Write(".ell", EllOf(model));
+  models::WriteFamily(model, File());
   WriteControl(model.analysisCode, model.flags);
 }
 
@@ -220,18 +115,20 @@ std::vector<std::string> Folder::Solve() const {
   return display.warnings;
 }
 
-std::vector<std::vector<std::vector<double>>> Folder::Blocks(const std::string& extension) const {
-  std::istringstream file(Read(extension));
-  std::vector<std::vector<std::vector<double>>> blocks;
-  std::vector<std::vector<double>> block;
-  for (std::string line; std::getline(file, line);) {
-    if (line == "\"END\"") {
-      blocks.push_back(std::exchange(block, {}));
-    } else {
-      block.push_back(NumbersOf(line));
-    }
-  }
-  EXPECT_TRUE(block.empty()) << extension << " does not end with END";
+Folder::LoadCases Folder::Blocks(const std::string& extension) const {
+  LoadCases blocks = models::ReadBlocks(File(extension));
+  EXPECT_TRUE(blocks.back().empty()) << extension << " does not end with END";
+  blocks.pop_back();
+  return blocks;
+}
+
+/// The blocks of NAME.RVP or NAME.KRT without the line at the head: the number of nodes and the analysis code.
+Folder::LoadCases Folder::BlocksBehindHead(const std::string& extension, NodalValues& values) const {
+  LoadCases blocks = Blocks(extension);
+  if (blocks.empty()) return blocks;
+  values.nodes = static_cast<int>(blocks[0].at(0).at(0));
+  values.freedoms = DofPerNodeOf(static_cast<int>(blocks[0].at(0).at(1)));
+  blocks[0].erase(blocks[0].begin());
   return blocks;
 }
 
@@ -254,30 +151,18 @@ Grid Folder::Stiffness(int dof) const {
 
 NodalValues Folder::Displacements() const {
   NodalValues values;
-  bool first = true;
-  for (auto& block : Blocks(".RVP")) {
-    if (std::exchange(first, false)) {
-      values.nodes = static_cast<int>(block.at(0).at(0));
-      values.freedoms = DofPerNodeOf(static_cast<int>(block.at(0).at(1)));
-      block.erase(block.begin());
-    }
+  for (auto& lines : BlocksBehindHead(".RVP", values)) {
     auto& numbers = values.cases.emplace_back();
-    for (const auto& line : block) numbers.insert(numbers.end(), line.begin(), line.end());
+    for (const auto& line : lines) numbers.insert(numbers.end(), line.begin(), line.end());
   }
   return values;
 }
 
 NodalValues Folder::Reactions() const {
   NodalValues values;
-  bool first = true;
-  for (auto& block : Blocks(".KRT")) {
-    if (std::exchange(first, false)) {
-      values.nodes = static_cast<int>(block.at(0).at(0));
-      values.freedoms = DofPerNodeOf(static_cast<int>(block.at(0).at(1)));
-      block.erase(block.begin());
-    }
+  for (auto& lines : BlocksBehindHead(".KRT", values)) {
     auto& numbers = values.cases.emplace_back();
-    for (const auto& line : block) {
+    for (const auto& line : lines) {  // a node's number or 0, then its values
       auto& target = line.at(0) == 0 ? values.totals.emplace_back() : numbers;
       target.insert(target.end(), line.begin() + 1, line.end());
     }

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "base/table.hpp"
+#include "models/model.hpp"
+#include "models/model_files.hpp"
 #include "run/analysis_options.hpp"
 #include "run/control_file.hpp"
 #include "run/display.hpp"
@@ -50,53 +52,12 @@ class RecordingDisplay : public Display {
   void Note(const std::string& stage, const std::string& status);
 };
 
-/// A model as a test writes it; Folder writes its file family. Nodes, elements and materials count from 1.
-struct Model {
-  struct Element {
-    int type;
-    std::vector<int> nodes;
-    int material = 1;
-  };
-  struct Support {
-    int node, direction;
-    double value = 0;
-  };
-  struct Load {
-    int node, direction;
-    double value;
-  };
-  struct ElementLoad {
-    int element, direction;
-    double value;
-  };
-  struct LoadCase {
-    std::vector<Load> nodal;
-    std::vector<ElementLoad> onElements;
-    int type = 0;
-    std::array<double, 5> values{};
-  };
+using models::ReadText;
+using models::WriteText;
 
-  int analysisCode = 3;
-  std::vector<std::array<double, 3>> nodes;
-  std::vector<Element> elements;
-  std::vector<std::array<double, 12>> materials;              // fields 1 to 12
-  std::vector<std::array<std::array<double, 6>, 6>> springs;  // padded with zeros to the materials
-  std::vector<Support> supports;
-  std::vector<LoadCase> cases;
+/// A model with the flags of its run; Folder writes its file family.
+struct Model : models::Model {
   AnalysisFlags flags{.LineStressFlag = 0, .FEStressFlag = 0};
-
-  int AddNode(double x, double y, double z = 0) {
-    nodes.push_back({x, y, z});
-    return static_cast<int>(nodes.size());
-  }
-  int AddElement(int type, std::vector<int> on, int material = 1) {
-    elements.push_back({type, std::move(on), material});
-    return static_cast<int>(elements.size());
-  }
-  /// Holds the freedoms 1..count of a node.
-  void Fix(int node, int count) {
-    for (int k = 1; k <= count; ++k) supports.push_back({node, k});
-  }
 };
 
 /// The numbers of NAME.RVP or NAME.KRT: value(load case, node, freedom), all from 1.
@@ -122,7 +83,8 @@ class Folder {
   /// Path of the model file with an extension such as ".TEK"; without one the model path of EEM.CTR.
   std::string File(const std::string& extension = "") const { return (root_ / "model").string() + extension; }
   bool Has(const std::string& extension) const { return std::filesystem::exists(File(extension)); }
-  void Write(const std::string& extension, const std::string& text) const;
+  void Write(const std::string& extension, const std::string& text) const { WriteText(File(extension), text); }
+  /// The text of a file, empty if there is none.
   std::string Read(const std::string& extension) const;
   void Remove(const std::string& extension) const { std::filesystem::remove(File(extension)); }
   void WriteControl(int analysisCode, const AnalysisFlags& flags) const;
@@ -141,17 +103,16 @@ class Folder {
 
   NodalValues Displacements() const;  // NAME.RVP
   NodalValues Reactions() const;      // NAME.KRT
-  /// The items of a text file as numbers, lines by lines; a quoted string becomes no number but ends its block: the
-  /// result has one entry per load case that holds its lines.
-  std::vector<std::vector<std::vector<double>>> Blocks(const std::string& extension) const;
+  /// The lines of a result file as numbers, by load case, each of which "END" must close.
+  using LoadCases = std::vector<std::vector<std::vector<double>>>;
+  LoadCases Blocks(const std::string& extension) const;
   /// The whole stiffness matrix of NAME.MAT, both triangles, equations from 1. `dof` freedoms a node.
   Grid Stiffness(int dof) const;
 
  private:
+  LoadCases BlocksBehindHead(const std::string& extension, NodalValues& values) const;
+
   std::filesystem::path root_;
 };
-
-void WriteFile(const std::string& path, const std::string& text);
-std::string ReadFile(const std::string& path);
 
 }  // namespace velmor::testing

@@ -200,7 +200,7 @@ TEST(Plates, HaveTheTableThatTheToolMakesAnew) {
   ASSERT_NE(tool, nullptr);
   for (int c = std::fgetc(tool); c != EOF; c = std::fgetc(tool)) made += static_cast<char>(c);
   EXPECT_EQ(::pclose(tool), 0);
-  EXPECT_EQ(made, ReadFile(std::string(VELMOR_DATA_FOLDER) + "/PLAT.ELM"));
+  EXPECT_EQ(made, ReadText(std::string(VELMOR_DATA_FOLDER) + "/PLAT.ELM"));
   for (int column = 1; column <= 12; ++column) {
     const int node = (column + 2) / 3, freedom = column - 3 * (node - 1);
     const Table<12, 3> shapes = UnitPlateShapes(CornerS[node], CornerT[node]);

@@ -20,7 +20,7 @@
 namespace velmor::testing {
 namespace {
 
-using Fields = std::array<double, 12>;
+using Fields = models::Material;
 Fields Surface(double E, double nu, double t, double planeStrain = 0) { return {E, nu, 0, t, planeStrain}; }
 
 // ---- where the plane of a model lies
@@ -38,10 +38,7 @@ int AddNode(Model& model, const Vector3& p) { return model.AddNode(p.x, p.y, p.z
 /// A nodal spring on every node of a tilted model that resists motion along the normal: whole numbers, since spring
 /// matrices are single precision.
 void AddNormalSprings(Model& model) {
-  model.springs.resize(model.materials.size());
-  model.springs.push_back({{{100, 200, 200}, {200, 400, 400}, {200, 400, 400}}});
-  model.materials.push_back({});
-  const int material = static_cast<int>(model.materials.size());
+  const int material = model.AddMaterial({.spring = {{{100, 200, 200}, {200, 400, 400}, {200, 400, 400}}}});
   for (int node = 1; node <= static_cast<int>(model.nodes.size()); ++node) model.AddElement(16, {node}, material);
 }
 
@@ -416,7 +413,7 @@ TEST(SurfaceStage, AnswersAPlateTableThatIsMissingOrBad) {
     SCOPED_TRACE(row.name);
     Stage stage(Surface(210, 0.3, 2));
     std::filesystem::remove(stage.folder.Program("PLAT.ELM"));
-    if (!row.table.empty()) WriteFile(stage.folder.Program("PLAT.ELM"), row.table);
+    if (!row.table.empty()) WriteText(stage.folder.Program("PLAT.ELM"), row.table);
     EXPECT_EQ(stage.With(row.type, {1, 0, 0, 0, 1, 0}).FailureNumber(), row.number);
     EXPECT_EQ(stage.display.messages, row.messages);
     EXPECT_EQ(std::filesystem::exists(stage.folder.Program("EEM.CTR")), row.number == 0);

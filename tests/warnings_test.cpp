@@ -12,16 +12,18 @@
 namespace velmor::testing {
 namespace {
 
+using models::Material;
+
 /// Steel in N and mm, 20 thick: as thick as an element is long, nearly.
-constexpr std::array<double, 12> Steel{210000, 0.3, 0, 20, 0, 0, 100, 0, 100, 0, 100};
+constexpr Material Steel{210000, 0.3, 0, 20, 0, 0, 100, 0, 100, 0, 100};
 
 Model With(Model model, const std::function<void(Model&)>& change) {
   change(model);
   return model;
 }
 
-Model Field(Model model, std::size_t number, double value) {
-  model.materials[0][number - 1] = value;
+Model Field(Model model, double Material::*field, double value) {
+  model.materials[0].*field = value;
   return model;
 }
 
@@ -137,16 +139,16 @@ TEST(Warnings, TellWhatAModelAsksTooMuch) {
   const Model unequal = With(EigenRun(), [](Model& m) { m.cases[0].nodal[2].value = 0.999; });
   const Model loaded = With(EigenRun(), [](Model& m) { m.supports[0].value = 1e-20; });
   const Model full = With(EigenRun(), [](Model& m) { m.supports.resize(6, {1, 1}); });
-  const Model withGap = With(Field(Stop(20, 2000, 1e-2), 3, 1), [](Model& m) {
+  const Model withGap = With(Field(Stop(20, 2000, 1e-2), &Material::density, 1), [](Model& m) {
     m.flags.EigenFlag = 1;
-    m.materials[1][2] = 1;
+    m.materials[1].density = 1;
   });
   const struct {
     std::string text;
     Model tripping, beside;  // the second without any warning
   } kinds[] = {
       {noRectangle, Trapezoid(5), Quad(5)},
-      {noRectangle, Parallelogram(6), Field(Quad(6), 4, 40)},
+      {noRectangle, Parallelogram(6), Field(Quad(6), &Material::area, 40)},
       {noRectangle, Trapezoid(9), Quad(9)},
       {noRectangle, Parallelogram(12), Quad(12)},
       {"that are no parallelograms: 1, first element 1:", Trapezoid(8), Parallelogram(8)},
@@ -158,12 +160,14 @@ TEST(Warnings, TellWhatAModelAsksTooMuch) {
       {"line elements of no length: 1, first element 2:", Moved(Line(1, 0, 2), {3}, -100, 0), Line(1, 0, 2)},
       {"off the plane of node 1: 1, first node 2:", Moved(Line(1, 1), {2}, 0, 0, 5), Moved(Line(1, 0), {2}, 0, 0, 5)},
       {"nodes that no element stiffens: 1, first node 3:", passive, Line(1, 1)},
-      {"type 6 that are thin for their size: 1, first", Quad(6), Field(Quad(6), 4, 40)},
-      {"plane strain (field 5) in elements of another", Field(Quad(5), 5, 1), Field(Quad(4), 5, 1)},
+      {"type 6 that are thin for their size: 1, first", Quad(6), Field(Quad(6), &Material::area, 40)},
+      {"plane strain (field 5) in elements of another", Field(Quad(5), &Material::planeStrain, 1),
+       Field(Quad(4), &Material::planeStrain, 1)},
       // E t^3 / (12 (1 - nu^2)) of 154 N mm, or one that drowns 1.0 in rounding; 1.5e8 does neither.
-      {drilling, Field(Quad(11), 1, 0.21), Quad(11)},
-      {drilling, Field(Quad(11), 1, 2.1e11), Quad(11)},
-      {"stiffness below 1e-6: 2, first node 1 in x:", Field(Line(1, 0), 1, 1e-7), Field(Line(1, 0), 1, 1e-3)},
+      {drilling, Field(Quad(11), &Material::E, 0.21), Quad(11)},
+      {drilling, Field(Quad(11), &Material::E, 2.1e11), Quad(11)},
+      {"stiffness below 1e-6: 2, first node 1 in x:", Field(Line(1, 0), &Material::E, 1e-7),
+       Field(Line(1, 0), &Material::E, 1e-3)},
       {"translations without stiffness: 1, first node 2 in y:", Loose(1), Line(1, 1)},
       {"translations without stiffness: 2, first node 2 in y:", Loose(3), Line(1, 3)},
       {"rotations without stiffness: 3, first node 2 in rotation about x:", Loose(3), Line(1, 3)},

@@ -38,7 +38,7 @@ Model BeamModel(int count) {
 int AddStop(Model& model, int node, double g, double k) {
   const Point at = model.At(node);
   const int foot = model.AddNode(at[0], at[1] - 200);
-  model.Fix(foot, {X, Y, RotZ});
+  model.Hold(foot, {X, Y, RotZ});
   return model.AddElement(14, {node, foot}, model.AddMaterial({.E = k, .area = 200, .turn = g}));
 }
 
@@ -48,9 +48,9 @@ Case Wall(const Program& program) {
   AddLine(model, 1, 2, {0, 0, 0}, {300, 0, 0});
   model.AddNode(400, 0);
   model.AddElement(14, {3, 4}, gap);
-  for (int node = 1; node <= 4; ++node) model.Fix(node, {Y});
-  model.Fix(1, {X});
-  model.Fix(4, {X});
+  for (int node = 1; node <= 4; ++node) model.Hold(node, {Y});
+  model.Hold(1, {X});
+  model.Hold(4, {X});
   model.Load(2, X, 60000);
   const Results r = program.Solve(model);
   return {"Bar against a wall, two bars of 150, A 250, E 20000, P 60000 at the middle, wall 1.2 beyond the end",
@@ -67,7 +67,7 @@ Case Wall(const Program& program) {
 Case CantileverStop(const Program& program) {
   const double L = 4000, P = 1000, g = 8;
   Model model = BeamModel(2);
-  model.Fix(1, {X, Y, RotZ});
+  model.Hold(1, {X, Y, RotZ});
   AddStop(model, 3, g, 100 * 3 * EI / (L * L * L));
   model.Load(3, Y, -P);
   const Results r = program.Solve(model);
@@ -82,8 +82,8 @@ Case CantileverStop(const Program& program) {
 Case BeamStop(const Program& program) {
   const double L = 4000, P = 5000, g = 2;
   Model model = BeamModel(2);
-  model.Fix(1, {X, Y});
-  model.Fix(3, {Y});
+  model.Hold(1, {X, Y});
+  model.Hold(3, {Y});
   AddStop(model, 2, g, 100 * 48 * EI / (L * L * L));
   model.Load(2, Y, -P);
   const Results r = program.Solve(model);
@@ -98,7 +98,7 @@ Case BeamStop(const Program& program) {
 Case StopOutOfReach(const Program& program) {
   const double L = 4000, P = 500, g = 8;
   Model model = BeamModel(2);
-  model.Fix(1, {X, Y, RotZ});
+  model.Hold(1, {X, Y, RotZ});
   AddStop(model, 3, g, 100 * 3 * EI / (L * L * L));
   model.Load(3, Y, -P);
   return {"The cantilever with P 500, which does not reach the stop",
@@ -111,8 +111,8 @@ Case StopOutOfReach(const Program& program) {
 Case LiftsOff(const Program& program) {
   const double L = 4000, P = 5000;
   Model model = BeamModel(4);
-  model.Fix(1, {X, Y});
-  model.Fix(3, {Y});
+  model.Hold(1, {X, Y});
+  model.Hold(3, {Y});
   AddStop(model, 5, 1, 100 * 3 * EI / (L * L * L));
   model.Load(2, Y, -P);
   const Results r = program.Solve(model);
@@ -132,9 +132,9 @@ Case TwoInARow(const Program& program) {
   model.AddElement(1, {1, 2});
   model.AddElement(14, {2, 3}, model.AddMaterial({.E = 100 * k, .area = 100, .turn = g1}));
   model.AddElement(14, {3, 4}, model.AddMaterial({.E = 100 * k, .area = 100, .turn = g2}));
-  for (int node = 1; node <= 4; ++node) model.Fix(node, {Y});
-  model.Fix(1, {X});
-  model.Fix(4, {X});
+  for (int node = 1; node <= 4; ++node) model.Hold(node, {Y});
+  model.Hold(1, {X});
+  model.Hold(4, {X});
   model.Load(2, X, P);
   const Results r = program.Solve(model);
   return {"Two gaps in a row with the clearances 0.5 and 0.7, behind a bar of 150, A 250, E 20000, P 60000",
@@ -154,9 +154,9 @@ Case StopBesideStop(const Program& program) {
   AddLine(model, 1, 2, {0, 0, 0}, {300, 0, 0});
   model.AddNode(400, 0);
   model.AddElement(14, {3, 4}, model.AddMaterial({.E = 100 * k, .area = 100, .turn = g2}));
-  for (int node = 1; node <= 4; ++node) model.Fix(node, {Y});
-  model.Fix(1, {X});
-  model.Fix(4, {X});
+  for (int node = 1; node <= 4; ++node) model.Hold(node, {Y});
+  model.Hold(1, {X});
+  model.Hold(4, {X});
   model.Prescribe(2, X, g1);
   model.Load(3, X, P);
   const Results r = program.Solve(model);

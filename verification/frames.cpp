@@ -45,7 +45,7 @@ Case Truss(const Program& program) {
   for (const double x : {0.0, a, 2 * a}) {
     const int top = model.AddNode(x, 0);
     model.AddElement(1, {top, tip});
-    model.Fix(top, {X, Y});
+    model.Hold(top, {X, Y});
   }
   model.Load(tip, Y, -P);
   const Results r = program.Solve(model);
@@ -65,7 +65,7 @@ Case Tripod(const Program& program) {
     const double angle = 2 * Pi * leg / 3 + 0.2;
     const int foot = model.AddNode(3000 * std::cos(angle), 3000 * std::sin(angle), 0);
     model.AddElement(1, {top, foot});
-    model.Fix(foot, {X, Y, Z});
+    model.Hold(foot, {X, Y, Z});
   }
   model.Load(top, Z, -50000);
   const Results r = program.Solve(model);
@@ -82,8 +82,8 @@ Case Overhangs(const Program& program) {
   Model model = WithMaterial(2, {.E = 30e6, .nu = 0.3, .area = 50.65, .I1 = 7892, .W1 = 7892.0 / 15});
   AddLine(model, 7, 8, {-240, 0, 0}, {240, 0, 0});
   const int left = 3, middle = 5, right = 7;
-  model.Fix(left, {X, Y});
-  model.Fix(right, {Y});
+  model.Hold(left, {X, Y});
+  model.Hold(right, {Y});
   for (const int element : {1, 2, 7, 8}) model.LoadElement(element, Y, -10000.0 / 12);
   const Results r = program.Solve(model);
   const double M = 10000.0 / 12 * 120 * 120 / 2;
@@ -104,8 +104,8 @@ Value SimpleBeam(const Program& program, int count, bool withEndMoments) {
   const double L = 1.44, EI = 2e11 * 2.81e-5, p = 1e5, l = L / count;
   Model model = WithMaterial(2, {.E = 2e11, .nu = 0.3, .area = 0.01, .I1 = 2.81e-5, .W1 = 1e-3});
   const int first = AddLine(model, 7, count, {0, 0, 0}, {L, 0, 0});
-  model.Fix(first, {X, Y});
-  model.Fix(first + count, {Y});
+  model.Hold(first, {X, Y});
+  model.Hold(first + count, {Y});
   for (int element = 1; element <= count; ++element) model.LoadElement(element, Y, -p);
   if (withEndMoments) {
     model.Load(first, RotZ, -p * l * l / 6);
@@ -130,9 +130,9 @@ std::vector<Case> SimpleBeams(const Program& program) {
 Case TwoSpans(const Program& program) {
   Model model = WithMaterial(2, {.E = 210000, .nu = 0.3, .area = 2850, .I1 = 19.43e6, .W1 = 194e3});
   AddLine(model, 7, 4, {0, 0, 0}, {8000, 0, 0});
-  model.Fix(1, {X, Y});
-  model.Fix(3, {Y});
-  model.Fix(5, {Y});
+  model.Hold(1, {X, Y});
+  model.Hold(3, {Y});
+  model.Hold(5, {Y});
   for (const int node : {2, 4}) model.Load(node, Y, -10000);
   const Results r = program.Solve(model);
   return {"Beam on three supports, spans 4000, E I 4.08e12, 10000 in the middle of each",
@@ -156,7 +156,7 @@ Case Cantilever(const Program& program, const std::string& name, const Point& to
   Model model =
       WithMaterial(3, {.E = E, .nu = nu, .area = 3000, .turn = 30, .torsion = J, .I2 = I2, .W2 = 1, .I1 = I1, .W1 = 1});
   AddLine(model, 7, 2, {0, 0, 0}, L * axis);
-  model.Fix(1, {X, Y, Z, RotX, RotY, RotZ});
+  model.Hold(1, {X, Y, Z, RotX, RotY, RotZ});
   for (int k = 0; k < 3; ++k) {
     const auto at = static_cast<std::size_t>(k);
     model.Load(3, X + k, P * first.at(at), 1);
@@ -188,8 +188,8 @@ Case Portal(const Program& program) {
   model.AddElement(7, {4, 5}, beam);
   model.AddElement(7, {5, 6});
   model.AddElement(7, {6, 7});
-  model.Fix(1, {X, Y, RotZ});
-  model.Fix(7, {X, Y, RotZ});
+  model.Hold(1, {X, Y, RotZ});
+  model.Hold(7, {X, Y, RotZ});
   model.Load(3, X, P / 2);
   model.Load(5, X, P / 2);
   return {"Fixed portal, h 4000, L 6000, Ic 25e6, Ib 40e6, E 210000, P 20000, areas of 1e9",
@@ -209,7 +209,7 @@ Case BentCantilever(const Program& program) {
   model.AddNode(a, b);
   model.AddElement(7, {1, 2});
   model.AddElement(7, {2, 3});
-  model.Fix(1, {X, Y, Z, RotX, RotY, RotZ});
+  model.Hold(1, {X, Y, Z, RotX, RotY, RotZ});
   model.Load(3, Z, -P);
   return {"Bent cantilever, a 3000, b 1000, E 210000, I 6e6, J 9e6, P 500",
           "A",
@@ -231,7 +231,7 @@ double Ring(const Program& program, int count, Direction direction) {
     model.AddNode(RingRadius * std::sin(angle), RingRadius * std::cos(angle));
     if (i > 0) model.AddElement(7, {i, i + 1});
   }
-  model.Fix(1, {X, Y, Z, RotX, RotY, RotZ});
+  model.Hold(1, {X, Y, Z, RotX, RotY, RotZ});
   model.Load(count + 1, direction, 1);
   return program.Solve(model).Displacement(count + 1, direction);
 }
@@ -261,7 +261,7 @@ Case OnSpring(const Program& program) {
   const int s = model.AddMaterial(spring);
   AddLine(model, 7, 1, {0, 0, 0}, {L, 0, 0});
   model.AddElement(16, {2}, s);
-  model.Fix(1, {X, Y, RotZ});
+  model.Hold(1, {X, Y, RotZ});
   model.Load(2, Y, -F);
   return {"Cantilever on a nodal spring, L 2000, E 210000, I 8e6, k 500, F 1000",
           "A",
@@ -274,8 +274,8 @@ Case Settlement(const Program& program) {
   const double E = 210000, I = 8e6, L = 4000, d = 10;
   Model model = WithMaterial(2, {.E = E, .nu = 0.3, .area = 3000, .I1 = I, .W1 = 80000});
   AddLine(model, 7, 2, {0, 0, 0}, {L, 0, 0});
-  model.Fix(1, {X, Y, RotZ});
-  model.Fix(3, {X, RotZ});
+  model.Hold(1, {X, Y, RotZ});
+  model.Hold(3, {X, RotZ});
   model.Prescribe(3, Y, -d);
   const Results r = program.Solve(model);
   return {"Fixed beam with a settlement of 10, L 4000, E 210000, I 8e6",
@@ -294,8 +294,8 @@ Case String(const Program& program) {
   for (const double x : {0.0, L1, L1 + L2}) model.AddNode(x, 0);
   model.AddElement(17, {1, 2});
   model.AddElement(17, {2, 3});
-  model.Fix(1, {X, Y});
-  model.Fix(3, {X, Y});
+  model.Hold(1, {X, Y});
+  model.Hold(3, {X, Y});
   model.Load(2, Y, -F);
   return {"Pre-tensioned string, L1 300, L2 700, N 5000, F 40",
           "A",
@@ -308,7 +308,7 @@ Case HangingBar(const Program& program) {
   const double E = 210000, rho = 7.85e-9, L = 50000, g = 9810;
   Model model = WithMaterial(0, {.E = E, .density = rho, .area = 100});
   AddLine(model, 1, 4, {0, 0, 0}, {0, 0, -L});
-  model.Fix(1, {X, Y, Z});
+  model.Hold(1, {X, Y, Z});
   model.cases[0].type = 3;
   model.cases[0].values = {-g, 0, 0, 0, 1};
   const Results r = program.Solve(model);
@@ -332,7 +332,7 @@ Case TurnedBar(const Program& program) {
   for (const int count : {2, 4, 8, 16}) {
     Model model = WithMaterial(2, {.E = E, .nu = 0.3, .density = rho, .area = A, .I1 = I, .W1 = 1});
     AddLine(model, 7, count, {0, 0, 0}, {L, 0, 0});
-    model.Fix(1, {X, Y, RotZ});
+    model.Hold(1, {X, Y, RotZ});
     model.cases[0].type = 6;
     model.cases[0].values = {a, 0, 0, 0, 1};
     result.values.push_back({std::to_string(count), "tip", 11 * rho * A * a * std::pow(L, 5) / (120 * E * I),
@@ -356,7 +356,7 @@ Case Foundation(const Program& program) {
     const int s = model.AddMaterial(spring);
     AddLine(model, 7, count, {-half, 0, 0}, {half, 0, 0});
     for (int node = 1; node <= count + 1; ++node) model.AddElement(16, {node}, s);
-    model.Fix(1, {X});
+    model.Hold(1, {X});
     model.Load(count / 2 + 1, Y, -P);
     result.values.push_back({std::to_string(count), "deflection under P", -P * b / (2 * k),
                              program.Solve(model).Displacement(count / 2 + 1, Y)});

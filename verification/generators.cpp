@@ -83,9 +83,9 @@ Model Roof(int type, int n, double E, double load) {
       const double share = (i == 0 || i == n ? 0.5 : 1) * (j == 0 || j == n ? 0.5 : 1);
       model.Load(mesh(i, j), Z, -load * area * share);
     }
-    model.Fix(mesh(i, 0), {Y, RotX, RotZ});  // crown
-    model.Fix(mesh(0, i), {Y, Z});           // end wall
-    model.Fix(mesh(n, i), {X, RotY, RotZ});  // middle of the length
+    model.Hold(mesh(i, 0), {Y, RotX, RotZ});  // crown
+    model.Hold(mesh(0, i), {Y, Z});           // end wall
+    model.Hold(mesh(n, i), {X, RotY, RotZ});  // middle of the length
   }
   return model;
 }
@@ -98,7 +98,7 @@ void AddEqualMasses(Model& model, double mass) {
 
 Model WithMaterial(int code, const Material& material) {
   Model model;
-  model.code = code;
+  model.analysisCode = code;
   model.AddMaterial(material);
   return model;
 }

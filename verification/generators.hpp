@@ -3,7 +3,7 @@
 #include <functional>
 #include <vector>
 
-#include "model.hpp"
+#include "solve.hpp"
 
 namespace velmor::verification {
 

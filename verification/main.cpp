@@ -6,7 +6,7 @@
 #include <exception>
 #include <iostream>
 
-#include "files.hpp"
+#include "models/model_files.hpp"
 #include "report.hpp"
 
 namespace {
@@ -31,14 +31,14 @@ int Verify(const std::string& programFolder, const std::string& valuesPath, cons
   std::vector<std::string> faults = Faults(manual);
   const ValueTable values = ValuesOf(manual);
   if (!check) {
-    WriteText(valuesPath, TextOf(values));
-    WriteText(pagePath, PageOf(manual));
+    velmor::models::WriteText(valuesPath, TextOf(values));
+    velmor::models::WriteText(pagePath, PageOf(manual));
     return Tell(faults);
   }
   const ValueTable stored = ReadValues(valuesPath);
   for (const std::string& move : Moves(stored, values)) faults.push_back(move);
   // The page of the stored values, so that the last digits of this machine do not count.
-  if (ReadText(pagePath) != PageOf(WithValues(manual, stored))) {
+  if (velmor::models::ReadText(pagePath) != PageOf(WithValues(manual, stored))) {
     faults.push_back(pagePath + " is not the page of the stored values; run scripts/verify");
   }
   return Tell(faults);

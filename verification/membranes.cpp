@@ -72,7 +72,7 @@ Case RectanglePatch(const Program& program, int type) {
   for (int node = 1; node <= model.NodeCount(); ++node) {
     const auto [x, y, z] = model.At(node);
     if (x == 0 || x == 0.24 || y == 0 || y == 0.12) PrescribePatch(model, node);
-    if (shell) model.Fix(node, {Z, RotX, RotY});
+    if (shell) model.Hold(node, {Z, RotX, RotY});
   }
   return PatchCase(program, model, "Patch test on rectangles, 0.24 x 0.12, E 1e6, nu 0.25", "A", "3 x 3 unequal", type);
 }
@@ -92,7 +92,7 @@ struct Slender {
       return Point{6 * s + lean * (2 * t - 1), 0.2 * t, 0};
     });
     for (int j = 0; j <= ny; ++j) {
-      model.Fix(mesh(0, j), code == 3 ? std::vector<int>{X, Y, Z, RotX, RotY, RotZ} : std::vector<int>{X, Y});
+      model.Hold(mesh(0, j), code == 3 ? std::vector<int>{X, Y, Z, RotX, RotY, RotZ} : std::vector<int>{X, Y});
     }
   }
   /// A unit force on the tip, by equal stresses.
@@ -123,7 +123,7 @@ Case SlenderBeam(const Program& program) {
   Model model =
       WithMaterial(3, {.E = 1e7, .nu = 0.3, .area = 0.02, .torsion = J, .I2 = Iacross, .W2 = 1, .I1 = I, .W1 = 1});
   AddLine(model, 7, 6, {0, 0, 0}, {6, 0, 0});
-  model.Fix(1, {X, Y, Z, RotX, RotY, RotZ});
+  model.Hold(1, {X, Y, Z, RotX, RotY, RotZ});
   model.Load(7, X, 1, 1);
   model.Load(7, Y, 1, 2);
   model.Load(7, Z, 1, 3);
@@ -227,7 +227,7 @@ Case Cook(const Program& program, int type) {
       return Point{48 * s, low + (high - low) * t, 0};
     });
     for (int j = 0; j <= n; ++j) {
-      model.Fix(mesh(0, j), {X, Y});
+      model.Hold(mesh(0, j), {X, Y});
       model.Load(mesh(n, j), Y, (j == 0 || j == n ? 0.5 : 1) / n);
     }
     result.values.push_back({std::to_string(n) + " x " + std::to_string(n), "v at (48,52)", 23.96,
@@ -251,9 +251,9 @@ std::vector<Case> OneRectangle(const Program& program) {
       model.Load(node, X, x * y > 0 ? F : -F);
     }
     // Held against rigid motion alone: the field has v equal at the lower corners, and u at 1 opposite to 2.
-    model.Fix(1, {Y});
-    model.Fix(3, {Y});
-    model.Fix(1, {X});
+    model.Hold(1, {Y});
+    model.Hold(3, {Y});
+    model.Hold(1, {X});
     const Results r = program.Solve(model);
     const double spread =
         (r.Displacement(4, X) - r.Displacement(2, X) - r.Displacement(3, X) + r.Displacement(1, X)) / 4;
@@ -271,10 +271,10 @@ Case PlaneStrain(const Program& program) {
   Model model = WithMaterial(1, {.E = E, .nu = nu, .area = 1, .planeStrain = 1});
   const Mesh mesh = AddRectangle(model, 4, 3, 2, L, h);
   for (int j = 0; j <= 2; ++j) {
-    model.Fix(mesh(0, j), {X});
+    model.Hold(mesh(0, j), {X});
     model.Load(mesh(3, j), X, s * h * (j == 1 ? 0.5 : 0.25));
   }
-  model.Fix(mesh(0, 0), {Y});
+  model.Hold(mesh(0, 0), {Y});
   const Results r = program.Solve(model);
   return {"Strip in plane strain, 100 x 40, E 30000, nu 0.2, stress 12",
           "A",
@@ -336,8 +336,8 @@ std::vector<Case> Tube(const Program& program, int type) {
       return Point{r * std::cos(angle), r * std::sin(angle), 0};
     });
     for (int i = 0; i <= n; ++i) {
-      model.Fix(mesh(i, 0), {Y});
-      model.Fix(mesh(i, 2 * n), {X});
+      model.Hold(mesh(i, 0), {Y});
+      model.Hold(mesh(i, 2 * n), {X});
     }
     for (int j = 0; j < 2 * n; ++j) {
       const Point& from = model.At(mesh(0, j));

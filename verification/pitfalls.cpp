@@ -30,7 +30,7 @@ double SkewPatch(const Program& program, int type) {
       const int node = mesh(i, j);
       const auto [x, y, z] = model.At(node);
       const double slope = (2 * x + y) / 2000;
-      model.Fix(node, {X, Y});
+      model.Hold(node, {X, Y});
       if (i > 0 && i < 3 && j > 0 && j < 3) continue;
       model.Prescribe(node, Z, (x * x + x * y + y * y) / 2000);
       model.Prescribe(node, RotX, (x + 2 * y) / 2000);
@@ -45,8 +45,8 @@ double Twist(const Program& program, int type) {
   Model model = WithMaterial(3, {.E = 210000, .nu = 0.3, .area = 6});
   const Mesh mesh = AddRectangle(model, type, 3, 3, 900, 600);
   // Type 6 has a mode without energy, which the held edge keeps out.
-  for (int i = 0; i <= 3; ++i) model.Fix(mesh(i, 0), {Y, Z, RotY});
-  for (int j = 1; j <= 3; ++j) model.Fix(mesh(0, j), {X, Z, RotX});
+  for (int i = 0; i <= 3; ++i) model.Hold(mesh(i, 0), {Y, Z, RotY});
+  for (int j = 1; j <= 3; ++j) model.Hold(mesh(0, j), {X, Z, RotX});
   model.Load(mesh.Last(), Z, 100);
   return program.Solve(model).Displacement(mesh.Last(), Z);
 }
@@ -57,9 +57,9 @@ double BeamFrequency(const Program& program, bool ownMasses) {
   Model model = WithMaterial(2, {.E = 210000, .density = ownMasses ? 7.85e-9 : 0, .area = 3000, .I1 = 8e6, .W1 = 1});
   model.eigen = true;
   AddLine(model, 7, 8, {0, 0, 0}, {8000, 0, 0});
-  for (int node = 1; node <= 9; ++node) model.Fix(node, {X});
-  model.Fix(1, {Y});
-  model.Fix(9, {Y});
+  for (int node = 1; node <= 9; ++node) model.Hold(node, {X});
+  model.Hold(1, {Y});
+  model.Hold(9, {Y});
   if (!ownMasses) AddEqualMasses(model, perLength * 1000);
   return program.Solve(model).Frequencies().at(0);
 }
@@ -67,7 +67,7 @@ double BeamFrequency(const Program& program, bool ownMasses) {
 /// Third frequency of a mass 0.25 on three springs, all three directions free or one at a time.
 double ThirdSpring(const Program& program, bool together) {
   Model model;
-  model.code = 0;
+  model.analysisCode = 0;
   model.eigen = true;
   Material spring;
   spring.spring[0][0] = 400;
@@ -76,7 +76,7 @@ double ThirdSpring(const Program& program, bool together) {
   model.AddMaterial(spring);
   model.AddNode(0, 0);
   model.AddElement(16, {1});
-  if (!together) model.Fix(1, {X, Y});
+  if (!together) model.Hold(1, {X, Y});
   AddEqualMasses(model, 0.25);
   return program.Solve(model).Frequencies().at(together ? 2 : 0);
 }
@@ -89,9 +89,9 @@ double WallForce(const Program& program, double unit) {
   AddLine(model, 1, 2, {0, 0, 0}, {300 * mm, 0, 0});
   model.AddNode(400 * mm, 0);
   model.AddElement(14, {3, 4}, gap);
-  for (int node = 1; node <= 4; ++node) model.Fix(node, {Y});
-  model.Fix(1, {X});
-  model.Fix(4, {X});
+  for (int node = 1; node <= 4; ++node) model.Hold(node, {Y});
+  model.Hold(1, {X});
+  model.Hold(4, {X});
   model.Load(2, X, 60000);
   return std::abs(A * program.Solve(model).LineStress(3, 1, 5));
 }
@@ -101,8 +101,8 @@ double PlateCoefficient(const Program& program, double a, double t, double E, do
   Model model = WithMaterial(3, {.E = E, .nu = 0.3, .area = t});
   const Mesh mesh = AddRectangle(model, 9, 16, 16, a, a);
   for (int i = 0; i <= 16; ++i) {
-    for (const int node : {mesh(i, 0), mesh(i, 16)}) model.Fix(node, {X, Y, Z, RotY});
-    for (const int node : {mesh(0, i), mesh(16, i)}) model.Fix(node, {X, Y, Z, RotX});
+    for (const int node : {mesh(i, 0), mesh(i, 16)}) model.Hold(node, {X, Y, Z, RotY});
+    for (const int node : {mesh(0, i), mesh(16, i)}) model.Hold(node, {X, Y, Z, RotX});
   }
   for (int element = 1; element <= model.ElementCount(); ++element) model.LoadElement(element, 3, q);
   const double D = E * t * t * t / (12 * 0.91);
@@ -119,7 +119,7 @@ double RoofEdge(const Program& program, double E) {
 double LoadedCantilever(const Program& program, int count) {
   Model model = WithMaterial(2, {.E = 1e5, .area = 100, .I1 = 1e4, .W1 = 1});
   AddLine(model, 7, count, {0, 0, 0}, {1000, 0, 0});
-  model.Fix(1, {X, Y, RotZ});
+  model.Hold(1, {X, Y, RotZ});
   for (int element = 1; element <= count; ++element) model.LoadElement(element, Y, 0.5);
   return program.Solve(model).Displacement(count + 1, Y) * 1e9 / (0.5 * 1e12);
 }
@@ -130,7 +130,7 @@ double MixedStrip(const Program& program, int type) {
   const Mesh mesh = AddRectangle(model, 9, 6, 1, 600, 100);
   for (int element = 1; element <= 3; ++element) model.elements[static_cast<std::size_t>(element - 1)].type = type;
   for (int j = 0; j <= 1; ++j) {
-    model.Fix(mesh(0, j), {X, Y, Z, RotX, RotY});
+    model.Hold(mesh(0, j), {X, Y, Z, RotX, RotY});
     model.Load(mesh(6, j), Z, 100);
   }
   return program.Solve(model).Displacement(mesh.Last(), Z);
@@ -140,8 +140,8 @@ double MixedStrip(const Program& program, int type) {
 double SettledBeam(const Program& program, int loadCase) {
   Model model = WithMaterial(2, {.E = 210000, .area = 3000, .I1 = 8e6, .W1 = 1});
   AddLine(model, 7, 2, {0, 0, 0}, {4000, 0, 0});
-  model.Fix(1, {X, Y, RotZ});
-  model.Fix(3, {X, RotZ});
+  model.Hold(1, {X, Y, RotZ});
+  model.Hold(3, {X, RotZ});
   model.Prescribe(3, Y, -10);
   model.cases.resize(2);
   return program.Solve(model).Reaction(1, Y, loadCase);
@@ -151,8 +151,8 @@ double SettledBeam(const Program& program, int loadCase) {
 double BeamInCode(const Program& program, int code) {
   Model model = WithMaterial(code, {.E = 210000, .area = 3000, .I1 = 8e6, .W1 = 1});
   AddLine(model, 7, 1, {0, 0, 0}, {4000, 0, 0});
-  model.Fix(1, {X, Y});
-  if (code == 2) model.Fix(1, {RotZ});
+  model.Hold(1, {X, Y});
+  if (code == 2) model.Hold(1, {RotZ});
   model.Load(2, Y, -100);
   model.lineStresses = false;  // that stage fails at beams without rotations
   return program.Solve(model).Displacement(2, Y);
@@ -163,10 +163,10 @@ double PlaneStrainStress(const Program& program, int type) {
   Model model = WithMaterial(1, {.E = 30000, .nu = 0.3, .area = 1, .planeStrain = 1});
   const Mesh mesh = AddRectangle(model, type, 3, 1, 100, 40);
   for (int j = 0; j <= 1; ++j) {
-    model.Fix(mesh(0, j), {X});
+    model.Hold(mesh(0, j), {X});
     model.Load(mesh(3, j), X, 12 * 40 / 2.0);
   }
-  model.Fix(mesh(0, 0), {Y});
+  model.Hold(mesh(0, 0), {Y});
   return program.Solve(model).GlobalStresses().front().at(4);
 }
 
@@ -178,11 +178,11 @@ double TwoStops(const Program& program, bool firstAsSupport) {
   const double g[] = {0.5, 1.2};
   for (int i = firstAsSupport ? 1 : 0; i < 2; ++i) {
     const int wall = model.AddNode(150 * (i + 1) + 100, 0);
-    model.Fix(wall, {X});
+    model.Hold(wall, {X});
     model.AddElement(14, {2 + i, wall}, model.AddMaterial({.E = 100 * k, .area = 100, .turn = g[i]}));
   }
-  for (int node = 1; node <= model.NodeCount(); ++node) model.Fix(node, {Y});
-  model.Fix(1, {X});
+  for (int node = 1; node <= model.NodeCount(); ++node) model.Hold(node, {Y});
+  model.Hold(1, {X});
   if (firstAsSupport) model.Prescribe(2, X, g[0]);
   model.Load(2, X, 60000);
   model.Load(3, X, 30000);
@@ -257,7 +257,7 @@ Model OneElement(int type, const std::vector<Point>& corners, double nu = 0.3) {
   nodes.reserve(corners.size());
   for (const Point& p : corners) nodes.push_back(model.AddNode(p[0], p[1]));
   model.AddElement(type, nodes);
-  for (const int node : nodes) model.Fix(node, {X, Y});
+  for (const int node : nodes) model.Hold(node, {X, Y});
   return model;
 }
 
@@ -266,7 +266,7 @@ Model TwoHinges() {
   AddLine(model, 1, 2, {0, 0, 0}, {2, 0, 0});
   model.AddNode(1, 1);
   model.AddElement(1, {2, 4});
-  model.Fix(1, {X, Y});
+  model.Hold(1, {X, Y});
   model.Load(4, X, 1);
   return model;
 }
@@ -275,7 +275,7 @@ Model WithoutMasses() {
   Model model = WithMaterial(1, {.E = 1, .area = 1});
   model.eigen = true;
   AddLine(model, 1, 2, {0, 0, 0}, {2, 0, 0});
-  model.Fix(1, {X, Y});
+  model.Hold(1, {X, Y});
   return model;
 }
 

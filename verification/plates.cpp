@@ -41,14 +41,14 @@ struct QuarterPlate {
     Model model = WithMaterial(3, {.E = E, .nu = 0.3, .area = t});
     const Mesh mesh = AddRectangle(model, type, nx / 2, ny / 2, a / 2, b / 2);
     for (int i = 0; i <= mesh.nx; ++i) {
-      if (!free) model.Fix(mesh(i, 0), {Z, RotY});
-      if (clamped) model.Fix(mesh(i, 0), {RotX});
-      model.Fix(mesh(i, mesh.ny), {Y, RotX});
+      if (!free) model.Hold(mesh(i, 0), {Z, RotY});
+      if (clamped) model.Hold(mesh(i, 0), {RotX});
+      model.Hold(mesh(i, mesh.ny), {Y, RotX});
     }
     for (int j = 0; j <= mesh.ny; ++j) {
-      model.Fix(mesh(0, j), {Z, RotX});
-      if (clamped) model.Fix(mesh(0, j), {RotY});
-      model.Fix(mesh(mesh.nx, j), {X, RotY});
+      model.Hold(mesh(0, j), {Z, RotX});
+      if (clamped) model.Hold(mesh(0, j), {RotY});
+      model.Hold(mesh(mesh.nx, j), {X, RotY});
     }
     if (q != 0) {
       for (int element = 1; element <= model.ElementCount(); ++element) model.LoadElement(element, 3, q);
@@ -209,7 +209,7 @@ Case Patch(const Program& program, int type) {
   std::vector<int> inner;
   for (int node = 1; node <= model.NodeCount(); ++node) {
     const auto [x, y, z] = model.At(node);
-    model.Fix(node, {X, Y});
+    model.Hold(node, {X, Y});
     if (x != 0 && x != 240 && y != 0 && y != 120) {
       inner.push_back(node);
       continue;
@@ -245,9 +245,9 @@ Case Twist(const Program& program, int type) {
   const double a = 900, b = 600, t = 6, E = 210000, P = 100, D = E * t * t * t / (12 * 0.91);
   Model model = WithMaterial(3, {.E = E, .nu = 0.3, .area = t});
   const Mesh mesh = AddRectangle(model, type, 3, 3, a, b);
-  model.Fix(mesh(0, 0), {X, Y, Z});
-  model.Fix(mesh(3, 0), {Y, Z});
-  model.Fix(mesh(0, 3), {Z});
+  model.Hold(mesh(0, 0), {X, Y, Z});
+  model.Hold(mesh(3, 0), {Y, Z});
+  model.Hold(mesh(0, 3), {Z});
   model.Load(mesh.Last(), Z, P);
   return {"Plate twisted by a force on its fourth corner, 900 x 600 x 6, P 100",
           "A",
@@ -261,7 +261,7 @@ Case Strip(const Program& program, int type) {
   Model model = WithMaterial(3, {.E = E, .nu = 0, .area = t});
   const Mesh mesh = AddRectangle(model, type, 5, 1, L, b);
   for (int j = 0; j <= 1; ++j) {
-    model.Fix(mesh(0, j), {X, Y, Z, RotX, RotY});
+    model.Hold(mesh(0, j), {X, Y, Z, RotX, RotY});
     model.Load(mesh(5, j), Z, -P * b / 2);
   }
   return {"Cantilever strip, ν = 0, 500 x 100 x 5, P 2",

@@ -50,10 +50,10 @@ Case PinchedCylinder(const Program& program, int type) {
     Model model = WithMaterial(3, {.E = 3e6, .nu = 0.3, .area = 3});
     const Mesh mesh = AddCylinder(model, type, n, n, 300, 300, 90 * Degree);
     for (int i = 0; i <= n; ++i) {
-      model.Fix(mesh(i, 0), {Y, RotX, RotZ});
-      model.Fix(mesh(i, n), {Z, RotX, RotY});
-      model.Fix(mesh(0, i), {Y, Z});
-      model.Fix(mesh(n, i), {X, RotY, RotZ});
+      model.Hold(mesh(i, 0), {Y, RotX, RotZ});
+      model.Hold(mesh(i, n), {Z, RotX, RotY});
+      model.Hold(mesh(0, i), {Y, Z});
+      model.Hold(mesh(n, i), {X, RotY, RotZ});
     }
     model.Load(mesh(n, 0), Z, -0.25);
     result.values.push_back({std::to_string(n) + " x " + std::to_string(n), "w under the force", -1.8248e-5,
@@ -82,9 +82,9 @@ Case Ring(const Program& program, int type) {
           model.Load(node, Z, force * std::cos(middle));
         }
       }
-      for (int j = 0; j <= n; ++j) model.Fix(mesh(i, j), {X});
-      model.Fix(mesh(i, 0), {Y, RotX, RotZ});
-      model.Fix(mesh(i, n), {Z, RotX, RotY});
+      for (int j = 0; j <= n; ++j) model.Hold(mesh(i, j), {X});
+      model.Hold(mesh(i, 0), {Y, RotX, RotZ});
+      model.Hold(mesh(i, n), {Z, RotX, RotY});
     }
     result.values.push_back({std::to_string(n) + " facets of 90°", "outward displacement", p * R * R / (E * t),
                              program.Solve(model).Displacement(mesh(0, 0), Z)});
@@ -99,7 +99,7 @@ double ClampedPlate(const Program& program, int type, const Point& along, const 
       AddMesh(model, type, 4, 6, [&](double s, double t) { return 1000 * s * along + 1500 * t * across; });
   for (int i = 0; i <= mesh.nx; ++i) {
     for (int j = 0; j <= mesh.ny; ++j) {
-      if (i == 0 || j == 0 || i == mesh.nx || j == mesh.ny) model.Fix(mesh(i, j), {X, Y, Z, RotX, RotY, RotZ});
+      if (i == 0 || j == 0 || i == mesh.nx || j == mesh.ny) model.Hold(mesh(i, j), {X, Y, Z, RotX, RotY, RotZ});
     }
   }
   for (int element = 1; element <= model.ElementCount(); ++element) model.LoadElement(element, 3, 0.125);

@@ -8,14 +8,17 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <sstream>
 #include <stdexcept>
 
-#include "files.hpp"
+#include "models/model_files.hpp"
 
 namespace velmor::verification {
 namespace {
 
 namespace fs = std::filesystem;
+
+using models::ReadText, models::ReadBlocks;
 
 constexpr const char* ProgramFiles[] = {"velmor", "ELTYP.DAT", "decmem.DAT", "PLAT.ELM"};
 
@@ -24,6 +27,25 @@ std::vector<std::vector<std::vector<double>>> BlocksOf(const std::string& path) 
 }
 
 std::size_t Index(int number) { return static_cast<std::size_t>(number - 1); }
+
+bool IsLine(int type) { return type == 1 || type == 7 || type == 14; }
+bool IsSurface(int type) { return type >= 2 && type <= 13 && type != 7; }
+
+/// Writes the control file of a run of all stages that the model needs.
+void WriteControl(const Model& model, const std::string& name, const std::string& path) {
+  bool masses = model.eigen, surfaces = false, lines = false;
+  for (const auto& loadCase : model.cases) masses = masses || loadCase.values[4] != 0;
+  for (const auto& element : model.elements) {
+    surfaces = surfaces || IsSurface(element.type);
+    lines = lines || IsLine(element.type);
+  }
+  const bool solve = !model.eigen;
+  std::ostringstream control;
+  control << '"' << name << "\"\n"
+          << model.eigen << ',' << masses << ',' << model.analysisCode << ",0,1," << solve << ',';
+  control << (solve && lines && model.lineStresses) << ',' << (solve && surfaces) << '\n';
+  models::WriteText(path, control.str());
+}
 
 /// Starts a program without arguments or input and waits for it; returns its exit status, 128 + n for signal n.
 int Start(const std::string& program, const std::string& output, const std::string& errors) {
@@ -123,7 +145,7 @@ Ending Program::Run(const Model& model) const {
   for (const auto& entry : fs::directory_iterator(folder_)) {
     if (entry.path().stem() == "model") fs::remove(entry.path());
   }
-  WriteFamily(model, folder_ + "model");
+  models::WriteFamily(model, folder_ + "model");
   WriteControl(model, folder_ + "model", folder_ + "EEM.CTR");
   const int status = Start(folder_ + "velmor", folder_ + "output", folder_ + "errors");
   std::string told = ReadText(folder_ + "errors");

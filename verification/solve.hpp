@@ -3,9 +3,20 @@
 #include <string>
 #include <vector>
 
-#include "model.hpp"
+#include "models/model.hpp"
 
 namespace velmor::verification {
+
+using models::Direction;
+using models::Material;
+using models::Point;
+using enum models::Direction;
+
+/// A model with what its run is to find.
+struct Model : models::Model {
+  bool eigen = false;        // periods and mode shapes instead of load cases
+  bool lineStresses = true;  // of bars, beams and gaps, if there are any
+};
 
 /// What the files of a finished run hold. Numbers count from 1; asking for what is not there throws.
 class Results {

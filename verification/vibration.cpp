@@ -43,8 +43,8 @@ Case Chain(const Program& program) {
   Model model = WithMaterial(1, {.E = 1, .area = 1});
   model.eigen = true;
   AddLine(model, 1, 4, {0, 0, 0}, {4, 0, 0});
-  for (int node = 1; node <= 5; ++node) model.Fix(node, {Y});
-  model.Fix(1, {X});
+  for (int node = 1; node <= 5; ++node) model.Hold(node, {Y});
+  model.Hold(1, {X});
   AddEqualMasses(model, 1);
   const std::vector<double> found = program.Solve(model).Frequencies();
   Case result{"Chain of four equal masses, k = m = 1, fixed at one end", "A", "1", Class::Exact, {}, 2e-5,
@@ -63,9 +63,9 @@ Case BetweenWalls(const Program& program, const std::string& name, int type, con
   Model model = WithMaterial(1, material);
   model.eigen = true;
   AddLine(model, type, n, {0, 0, 0}, {L, 0, 0});
-  for (int node = 1; node <= n + 1; ++node) model.Fix(node, {moving == X ? Y : X});
-  model.Fix(1, {moving});
-  model.Fix(n + 1, {moving});
+  for (int node = 1; node <= n + 1; ++node) model.Hold(node, {moving == X ? Y : X});
+  model.Hold(1, {moving});
+  model.Hold(n + 1, {moving});
   AddEqualMasses(model, m);
   const double f = std::sqrt(k / m) * std::sin(Pi / (2 * n)) / Pi;
   return {name,
@@ -87,7 +87,7 @@ Case MassOnSprings(const Program& program) {
               1e-6};
   for (const int direction : {X, Y, Z}) {
     Model model;
-    model.code = 0;
+    model.analysisCode = 0;
     model.eigen = true;
     Material spring;
     for (std::size_t i = 0; i < 3; ++i) spring.spring[i][i] = k[i];
@@ -95,7 +95,7 @@ Case MassOnSprings(const Program& program) {
     model.AddNode(0, 0);
     model.AddElement(16, {1});
     for (const int other : {X, Y, Z}) {
-      if (other != direction) model.Fix(1, {other});
+      if (other != direction) model.Hold(1, {other});
     }
     AddEqualMasses(model, m);
     result.values.push_back({direction == X ? "1 node" : "", "f along " + std::string(1, "xyz"[direction - 1]),
@@ -110,11 +110,11 @@ double Beam(const Program& program, int count, int heldEnds, double wanted) {
   Model model = WithMaterial(2, {.E = 210000, .nu = 0.3, .area = 3000, .I1 = 8e6, .W1 = 1});
   model.eigen = true;
   AddLine(model, 7, count, {0, 0, 0}, {L, 0, 0});
-  for (int node = 1; node <= count + 1; ++node) model.Fix(node, {X});
-  model.Fix(1, {Y});
-  model.Fix(count + 1, {Y});
-  if (heldEnds > 0) model.Fix(1, {RotZ});
-  if (heldEnds > 1) model.Fix(count + 1, {RotZ});
+  for (int node = 1; node <= count + 1; ++node) model.Hold(node, {X});
+  model.Hold(1, {Y});
+  model.Hold(count + 1, {Y});
+  if (heldEnds > 0) model.Hold(1, {RotZ});
+  if (heldEnds > 1) model.Hold(count + 1, {RotZ});
   AddEqualMasses(model, perLength * L / count);
   const double unit = 2 * Pi * L * L * std::sqrt(perLength / EI);
   return Nearest(program.Solve(model).Frequencies(), wanted / unit) * unit;
@@ -163,10 +163,10 @@ double Plate(const Program& program, int type, int nx, int ny, double a, double 
   Model model = WithMaterial(3, {.E = 200000, .nu = 0.3, .area = t});
   model.eigen = true;
   const Mesh mesh = AddRectangle(model, type, nx, ny, a, b);
-  for (int node = 1; node <= model.NodeCount(); ++node) model.Fix(node, {X, Y, RotZ});
+  for (int node = 1; node <= model.NodeCount(); ++node) model.Hold(node, {X, Y, RotZ});
   const auto support = [&](int node, Direction along, Direction across) {
-    model.Fix(node, {Z, along});
-    if (clamped) model.Fix(node, {across});
+    model.Hold(node, {Z, along});
+    if (clamped) model.Hold(node, {across});
   };
   for (int i = 0; i <= nx; ++i) {
     for (const int j : {0, ny}) support(mesh(i, j), RotY, RotX);

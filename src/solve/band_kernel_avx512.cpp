@@ -37,6 +37,6 @@ struct Avx512 {
 
 }  // namespace
 
-constinit const BandKernel Avx512Kernel = MakeBandKernel<Avx512>(1000);
+constinit const BandKernel Avx512Kernel = MakeBandKernel<Avx512>(1300);
 
 }  // namespace velmor

@@ -20,7 +20,10 @@
 //   plain loop.
 // - Pivots that end within the first or second vector of a strip leave the others alone. Loads and stores where a row's
 //   room in memory begins or ends within a vector are masked: what stands beside a row is neither read nor written.
-// - The next tile is fetched ahead (10 to 40 % up to width 120), in the back substitution the next rows (20 to 40 %).
+// - What comes next is fetched while the pivots run by, a line a pivot: a burst of requests would hold up the loads. In
+//   tiles it is the next tile (10 to 40 % up to width 120, of which 5 to 8 for one by one), in blocks the next tile of
+//   the strip and, into the second cache, the next strip of the pivot rows (10 to 20 %). The back substitution fetches
+//   rows far ahead into the second cache (1.2 to 1.8 times the speed of none or of the first cache).
 // - In wide bands the pivot rows that a tile reads no longer stay in the cache. There a block of 96 rows takes earlier
 //   pivots in groups of 96, of which a strip at a time is copied and serves all tiles of the block; only pivots within
 //   the block are left to the tiles (twice the speed at width 2400, a loss below the limits that the kernels name).
@@ -52,6 +55,7 @@ struct Tiles {
   static constexpr int Rows = Lanes;  // of a tile
   static constexpr int Strip = 3;     // vectors side by side in a tile
   static constexpr int Columns = Strip * Lanes;
+  static constexpr bool FetchByPivot = Lanes == 8;  // with half as much work a pivot it costs a quarter
 
   /// The rows of a tile: entry j of row r at row[r][j]. Rows that the last tile lacks are zeros of no meaning.
   struct RowTile {
@@ -65,8 +69,11 @@ struct Tiles {
     typename S::Mask Own(int r, int C) const {
       return S::And(S::From(first + r - C), S::First(first + r + work.width - C));
     }
-    /// Asks for the entries of the next tile that stand as far from the diagonal as column C of row r.
-    void FetchAhead(int r, int C) const { __builtin_prefetch(row[Rows + r] + Rows + C, 1); }
+    /// Asks for a vector of the next tile, as far from the diagonal as this tile's strip from column C on: another one
+    /// for each k up to Rows * Strip.
+    void FetchAhead(int k, int C) const {
+      __builtin_prefetch(row[Rows + k % Rows] + Rows + C + k / Rows % Strip * Lanes, 1);
+    }
     /// Whether all rows have all columns from C on to the end of a strip.
     bool Holds(int C) const { return C >= first + Rows - 1 && C + Columns <= first + work.width; }
   };
@@ -79,7 +86,6 @@ struct Tiles {
 #pragma GCC unroll 8
       for (int v = 0; v < Strip; ++v) {
         const int column = C + v * Lanes;
-        tile.FetchAhead(r, column);
         x[r][v] = Edge ? S::Load(tile.row[r] + column, tile.Own(r, column)) : S::Load(tile.row[r] + column);
       }
     }
@@ -122,18 +128,23 @@ struct Tiles {
   /// Lists the pivot rows from..to that have a multiplier other than zero for a row of the tile of equations J.. and
   /// raises these rows' ends.
   static void ListPivots(const BandWork& work, PivotList& list, int J, int from, int to) {
-    Vector ends = S::Load(work.end + J);
+    double* const* const rows = work.rows;
+    const double* const rowEnd = work.end;
+    const double* const reciprocal = work.reciprocal;
+    const int width = work.width;
+    Vector ends = S::Load(rowEnd + J);
     Pivot* pivot = list.pivots;
     double* f = list.multipliers;
     for (int i = from; i <= to; ++i) {
-      const double end = work.end[i];
+      __builtin_prefetch(rows[i + 8] + J);
+      const double end = rowEnd[i];
       if (end < J) continue;
-      const double* const row = work.rows[i];
-      const int limit = i + work.width;
+      const double* const row = rows[i];
+      const int limit = i + width;
       const Vector entries = J + Lanes <= limit ? S::Load(row + J) : S::Load(row + J, S::First(limit - J));
       const auto nonZero = S::NonZero(entries);
       if (!S::Any(nonZero)) continue;
-      S::Store(f, S::Multiply(S::Set(work.reciprocal[i]), entries));
+      S::Store(f, S::Multiply(S::Set(reciprocal[i]), entries));
       ends = S::Max(ends, S::Set(end), nonZero);
       *pivot++ = {row, i, static_cast<int>(end), limit};
       f += Lanes;
@@ -246,18 +257,29 @@ struct Tiles {
     const double* const f = list.multipliers;
     const int count = list.count;
     Vector x[Rows][Strip];
+    constexpr bool fetches = FetchByPivot && !Edge;  // at the end of the rows few pivots run by
+    if (!fetches) {
+#pragma GCC unroll 24
+      for (int vector = 0; vector < Rows * Strip; ++vector) tile.FetchAhead(vector, C);
+    }
     LoadStrip<Edge>(tile, C, x);
     for (; k < count && pivots[k].end < C + Lanes; ++k) {
+      if (fetches) tile.FetchAhead(k, C);
       Subtract<1, true>(x, f + k * Rows, pivots[k].row + C, pivots[k].limit - C);
     }
     for (; k < count && pivots[k].end < C + 2 * Lanes; ++k) {
+      if (fetches) tile.FetchAhead(k, C);
       Subtract<2, true>(x, f + k * Rows, pivots[k].row + C, pivots[k].limit - C);
     }
     for (; k < count && pivots[k].limit < C + Columns; ++k) {
+      if (fetches) tile.FetchAhead(k, C);
       Subtract<3, true>(x, f + k * Rows, pivots[k].row + C, pivots[k].limit - C);
     }
     if (!Edge) {  // else the tile's first row has no more room than the pivots above it
-      for (; k < count; ++k) Subtract<3, false>(x, f + k * Rows, pivots[k].row + C);
+      for (; k < count; ++k) {
+        if (fetches) tile.FetchAhead(k, C);
+        Subtract<3, false>(x, f + k * Rows, pivots[k].row + C);
+      }
     }
 #pragma GCC unroll 8
     for (int r = 0; r < Rows; ++r) {
@@ -323,16 +345,38 @@ struct Tiles {
       for (int v = 0; v < Strip; ++v) {
         const int column = C + v * Lanes;
         S::Store(copy + v * Lanes, S::Load(row + column, S::First(i + work.width - column)));
-        __builtin_prefetch(row + column + Columns);
+        if (!FetchByPivot) __builtin_prefetch(row + column + Columns);
       }
     }
   }
 
+  /// What is asked for while a strip of a tile loses a group of pivots.
+  struct Upcoming {
+    double* const* rows;  // of the tile to come next
+    int C;                // and the first column of its strip
+    double* const* pivotRows;
+    int pivotColumn;  // of the pivot rows' next strip
+
+    /// Another vector of the tile for each k.
+    void FetchTile(int k) const { __builtin_prefetch(rows[k % Rows] + C + k / Rows % Strip * Lanes, 1); }
+    void FetchPivot(int k) const { __builtin_prefetch(pivotRows[k] + pivotColumn, 0, 2); }
+  };
+
   template <bool Edge>
-  static void SubtractGroup(const RowTile& tile, const PivotList& list, int k, int C) {
+  static void SubtractGroup(const RowTile& tile, const PivotList& list, int k, int C, const Upcoming& upcoming) {
     Vector x[Rows][Strip];
+    if (!FetchByPivot) {
+#pragma GCC unroll 24
+      for (int vector = 0; vector < Rows * Strip; ++vector) upcoming.FetchTile(vector);
+    }
     LoadStrip<Edge>(tile, C, x);
-    for (; k < list.count; ++k) Subtract<3, false>(x, list.multipliers + k * Rows, list.pivots[k].row);
+    for (; k < list.count; ++k) {
+      if (FetchByPivot) {
+        upcoming.FetchTile(k);
+        upcoming.FetchPivot(k);
+      }
+      Subtract<3, false>(x, list.multipliers + k * Rows, list.pivots[k].row);
+    }
     StoreStrip<Edge>(tile, C, x);
   }
 
@@ -362,10 +406,13 @@ struct Tiles {
         int k = 0;
         while (k < list.count && list.pivots[k].equation < reaching) ++k;
         if (k == list.count) continue;
+        const bool isLast = t + 1 == tiles || tile.first + Rows >= C + Columns;  // of this strip
+        const Upcoming upcoming{isLast ? work.rows + first : tile.row + Rows, isLast ? C + Columns : C,
+                                work.rows + from, C + Columns + t % Strip * Lanes};
         if (tile.Holds(C)) {
-          SubtractGroup<false>(tile, list, k, C);
+          SubtractGroup<false>(tile, list, k, C, upcoming);
         } else {
-          SubtractGroup<true>(tile, list, k, C);
+          SubtractGroup<true>(tile, list, k, C, upcoming);
         }
       }
     }
@@ -421,7 +468,8 @@ void SolveRows(const BandWork& work, int J) {
     if (end[r] < common) common = end[r];
   }
   if (common < J + Count - 1) common = J + Count - 1;
-  double* const* const next = work.rows + (J > 8 ? J - 8 : J);  // the rows to be fetched ahead
+  constexpr int ahead = 32;
+  double* const* const next = work.rows + (J > ahead ? J - ahead : J);  // the rows to be fetched
   const int place = J % work.windowRows;
   double* ring = work.window;
   for (int first = 0; first < work.loadCases; first += Lanes, ring += 2 * work.windowRows * Lanes) {
@@ -437,7 +485,7 @@ void SolveRows(const BandWork& work, int J) {
       }
     }
     for (int j = common; j >= J + Count; --j) {
-      __builtin_prefetch(next[j & 7] + j - 8);
+      __builtin_prefetch(next[j & 7] + j - ahead, 0, 2);
       const Vector unknown = S::Load(later + (j - J) * Lanes);
 #pragma GCC unroll 8
       for (int r = 0; r < Count; ++r) x[r] = S::SubtractProduct(x[r], S::Set(row[r][j]), unknown);

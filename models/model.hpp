@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace velmor::verification {
+namespace velmor::models {
 
 /// Coordinates or a direction in space.
 using Point = std::array<double, 3>;
@@ -26,30 +26,33 @@ struct Material {
   std::array<std::array<double, 6>, 6> spring{};
 };
 
-/// A model as a case describes it; WriteFamily makes its files. Nodes, elements and materials count from 1.
+/// A model as it is described in code; WriteFamily makes its files. Nodes, elements and materials count from 1.
 struct Model {
   struct Element {
     int type;
     std::vector<int> nodes;
-    int material;
+    int material = 1;
   };
   struct Support {
     int node, direction;
+    double value = 0;
+  };
+  struct NodalLoad {
+    int node, direction;
     double value;
   };
-  struct Load {
-    int at, direction;  // a node, or an element
+  struct ElementLoad {
+    int element, direction;
     double value;
   };
   struct LoadCase {
-    std::vector<Load> nodal, onElements;
+    std::vector<NodalLoad> nodal;
+    std::vector<ElementLoad> onElements;
     int type = 0;
     std::array<double, 5> values{};
   };
 
-  int code = 3;              // analysis code
-  bool eigen = false;        // periods and mode shapes instead of load cases
-  bool lineStresses = true;  // of bars, beams and gaps, if there are any
+  int analysisCode = 3;
   std::vector<Point> nodes;
   std::vector<Element> elements;
   std::vector<Material> materials;
@@ -68,8 +71,12 @@ struct Model {
     materials.push_back(material);
     return static_cast<int>(materials.size());
   }
-  void Fix(int node, const std::vector<int>& directions) {
-    for (const int direction : directions) supports.push_back({node, direction, 0});
+  /// Holds the freedoms 1..count of a node.
+  void Fix(int node, int count) {
+    for (int direction = 1; direction <= count; ++direction) supports.push_back({node, direction});
+  }
+  void Hold(int node, const std::vector<int>& directions) {
+    for (const int direction : directions) supports.push_back({node, direction});
   }
   void Prescribe(int node, int direction, double value) { supports.push_back({node, direction, value}); }
   void Load(int node, int direction, double value, int loadCase = 1) {
@@ -82,7 +89,7 @@ struct Model {
   int NodeCount() const { return static_cast<int>(nodes.size()); }
   int ElementCount() const { return static_cast<int>(elements.size()); }
   /// Freedoms of a node.
-  int Freedoms() const { return code == 3 ? 6 : code == 1 ? 2 : 3; }
+  int Freedoms() const { return analysisCode == 3 ? 6 : analysisCode == 1 ? 2 : 3; }
 
  private:
   LoadCase& Case(int loadCase) {
@@ -91,4 +98,4 @@ struct Model {
   }
 };
 
-}  // namespace velmor::verification
+}  // namespace velmor::models
