@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <numeric>
 #include <random>
 #include <sstream>
@@ -116,7 +117,11 @@ TEST(EigenStage, FindsAsManyModesOfAChainAsTheSupportsLeave) {
     const auto modes = ReadModes(folder, c.masses + 1);
     ASSERT_EQ(modes.size(), c.modes);
     for (std::size_t i = 0; i < c.modes; ++i) {
-      const auto& shape = modes[i].shape;
+      const auto& [period, shape] = modes[i];
+      const double angle = (2.0 * static_cast<double>(i) + 1) * std::numbers::pi / (4 * c.masses + 2);
+      if (c.masses <= 4) {  // the third mode of four has not settled after its 21 passes, nor have many of twelve
+        EXPECT_NEAR(std::sin(angle) / std::numbers::pi * period, 1, i == 2 ? 2e-5 : 1e-6) << "mode " << i + 1;
+      }
       EXPECT_EQ(shape[0], 0) << "supported";
       for (std::size_t e = 1; e < shape.size(); e += 2) EXPECT_EQ(shape[e], 0) << "supported";
       for (std::size_t j = 0; j <= i; ++j) {
