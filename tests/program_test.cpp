@@ -123,6 +123,7 @@ TEST(Program, IsAskedForAModelAtAConsole) {
   const std::string again = "what?\nBrowse " + folder + "/none.tek\n\n";  // no such command, no such file
   const std::string input = again + "options\n4\n99\nready\nbrowse " + folder + "\n1\nrun\n";
   EXPECT_EQ(Program::StatusOf(program.Start(input)), exit_status::Complete);
+  EXPECT_EQ(program.Displacements().freedoms, 2) << "the third dimension is switched off";
   EXPECT_NEAR(program.Displacements()(1, 6, 2), -3.978722, 1e-5);
   const std::string output = ReadText(program.Folder::Program("output"));
   for (const char* part : {"There is no file", "[x] ", "   1  ", "Load case 1"}) {
