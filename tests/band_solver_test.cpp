@@ -17,7 +17,7 @@ namespace velmor {
 
 /// The name of a set in the names of the tests.
 void PrintTo(Instructions instructions, std::ostream* out) {
-  *out << (instructions == Instructions::Avx2 ? "Avx2" : "Avx512");
+  *out << (instructions == Instructions::Plain ? "Plain" : instructions == Instructions::Avx2 ? "Avx2" : "Avx512");
 }
 
 namespace {
@@ -202,7 +202,11 @@ TEST_P(BandSolver, StopsAtAPivotThatIsNone) {
     int equation;
     double pivot;
   };
-  const Stop stops[] = {{"first", 1, 0}, {"not a number", 20, NaN}, {"end of a tile", 48, 0}, {"last", 131, 0}};
+  const Stop stops[] = {{"first", 1, 0},
+                        {"not a number", 20, NaN},
+                        {"end of a tile", 48, 0},
+                        {"too small", 77, 1e-310},
+                        {"last", 131, 0}};
   for (const Stop& stop : stops) {
     SCOPED_TRACE(stop.name);
     const auto make = [&] {
@@ -249,7 +253,8 @@ TEST_P(BandSolver, StopsAtTheFirstBadPivotOfAllSets) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Instructions, BandSolver, testing::Values(Instructions::Avx2, Instructions::Avx512),
+INSTANTIATE_TEST_SUITE_P(Instructions, BandSolver,
+                         testing::Values(Instructions::Plain, Instructions::Avx2, Instructions::Avx512),
                          testing::PrintToStringParamName());
 
 }  // namespace

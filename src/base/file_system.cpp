@@ -163,6 +163,13 @@ void OutputFile::FailCreating(int errorNumber) const {
   throw Failure(error::PathAccessError, spelled_ + " cannot be written: " + std::strerror(errorNumber), where_);
 }
 
+/// Takes both the file in the making and the older one away; a device stays.
+void OutputFile::Remove() const {
+  if (!temporary_.empty()) ::unlink(temporary_.c_str());
+  std::error_code ignored;
+  if (fs::is_regular_file(path_, ignored)) ::unlink(path_.c_str());
+}
+
 void OutputFile::RemoveOlder() {
   if (!temporary_.empty()) ::unlink(path_.c_str());
 }
@@ -178,18 +185,15 @@ OutputFile::~OutputFile() {
     }
   }
   ::close(descriptor_);
-  if (temporary_.empty()) return;
-  if (keep && ::rename(temporary_.c_str(), path_.c_str()) == 0) return;
-  ::unlink(temporary_.c_str());
-  ::unlink(path_.c_str());
+  if (keep && (temporary_.empty() || ::rename(temporary_.c_str(), path_.c_str()) == 0)) return;
+  Remove();
 }
 
-void OutputFile::FailWriting(std::source_location where) {
-  failed_ = true;
+void OutputFile::FailWriting(std::source_location where) const {
   throw Failure(error::ReadWriteError, spelled_ + " cannot be written: " + std::strerror(errno), where);
 }
 
-void OutputFile::Write(const void* from, std::size_t bytes) {
+void OutputFile::WriteNow(const void* from, std::size_t bytes) {
   const char* const source = static_cast<const char*>(from);
   for (std::size_t done = 0; done < bytes;) {
     const ssize_t count = ::write(descriptor_, source + done, bytes - done);
@@ -203,20 +207,17 @@ void OutputFile::Skip(std::size_t bytes) {
   Flush();
   const char zeros[4096] = {};
   // The last zero is written, so that the file reaches so far even if it ends here.
-  if (::lseek(descriptor_, static_cast<off_t>(bytes - 1), SEEK_CUR) >= 0) return Write(zeros, 1);
+  if (::lseek(descriptor_, static_cast<off_t>(bytes - 1), SEEK_CUR) >= 0) return WriteNow(zeros, 1);
   for (std::size_t left = bytes; left > 0; left -= std::min(left, sizeof zeros)) {
-    Write(zeros, std::min(left, sizeof zeros));
+    WriteNow(zeros, std::min(left, sizeof zeros));
   }
 }
 
-void OutputFile::Flush() {
-  Write(buffer_.get(), used_);
-  used_ = 0;
-}
+void OutputFile::Flush() { WriteNow(buffer_.get(), std::exchange(used_, 0)); }
 
 void OutputFile::Append(std::string_view text) {
   if (text.size() > BufferSize - used_) Flush();
-  if (text.size() > BufferSize) return Write(text.data(), text.size());
+  if (text.size() > BufferSize) return WriteNow(text.data(), text.size());
   std::memcpy(buffer_.get() + used_, text.data(), text.size());
   used_ += text.size();
 }
@@ -226,7 +227,7 @@ void OutputFile::Close(std::source_location where) {
   const int descriptor = std::exchange(descriptor_, -1);
   if (::close(descriptor) != 0 || (!temporary_.empty() && ::rename(temporary_.c_str(), path_.c_str()) != 0)) {
     const int reason = errno;
-    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+    Remove();
     errno = reason;
     FailWriting(where);
   }

@@ -65,7 +65,7 @@ class InputFile {
   void ReadAt(std::int64_t place, void* to, std::size_t bytes) const;
   /// True if the system knows that the bytes from `begin` to before `end` are zeros that the disk does not hold.
   bool IsHole(std::int64_t begin, std::int64_t end) const;
-  /// Back to the first byte; failure 57 if the file has no such place to go to, as a pipe.
+  /// Back to the first byte.
   void Rewind();
 
  private:
@@ -78,9 +78,10 @@ class InputFile {
 enum class Unfinished { Discard, Keep };
 
 /// A file being written. It grows under a name of its own beside its place and takes its place at Close, so
-/// that a program killed at any moment leaves a whole file or none. Without Close, when its stage fails, it
-/// disappears together with the older file of its name, so that nothing stale is taken for its result, or
-/// stays with what had been written (Unfinished::Keep). A device in its place is written directly.
+/// that a program killed at any moment leaves a whole file or none. Without Close, when its stage fails, or when Close
+/// fails, it disappears together with the older file of its name, so that nothing stale is taken for its result, or
+/// stays with what had been written (Unfinished::Keep). A device in its place is written directly, and so is a file
+/// whose folder or name has no room for a second one; such a file is whole only when Close has returned.
 /// Failure 75 if it cannot be created, 57 if writing fails (a full disk).
 class OutputFile {
  public:
@@ -92,7 +93,10 @@ class OutputFile {
 
   /// Removes the older file now, so that the disk need not hold both.
   void RemoveOlder();
-  void Write(const void* from, std::size_t bytes);
+  void Write(const void* from, std::size_t bytes) {
+    Flush();
+    WriteNow(from, bytes);
+  }
   /// Goes on after so many zeros, at least one, which stay a hole where the file system has holes.
   void Skip(std::size_t bytes);
   /// Appends text through a buffer of the file's own.
@@ -109,8 +113,10 @@ class OutputFile {
  private:
   void Create(const std::string& name, mode_t mode);
   [[noreturn]] void FailCreating(int errorNumber) const;
+  void WriteNow(const void* from, std::size_t bytes);
   void Flush();
-  [[noreturn]] void FailWriting(std::source_location where = std::source_location::current());
+  void Remove() const;
+  [[noreturn]] void FailWriting(std::source_location where) const;
 
   static constexpr std::size_t BufferSize = std::size_t{1} << 18;
   std::string spelled_;    // as the stage spells it, for messages
@@ -119,7 +125,6 @@ class OutputFile {
   Unfinished unfinished_;
   std::source_location where_;
   int descriptor_ = -1;
-  bool failed_ = false;
   std::size_t used_ = 0;
   std::unique_ptr<char[]> buffer_;
 };

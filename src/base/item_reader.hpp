@@ -41,11 +41,11 @@ class ItemReader {
   bool AtEnd();
   /// Passes the next item and returns true if it is this string, quoted or bare; else leaves it.
   bool PassText(std::string_view text);
-  /// Back to the first item. Failure 57 if the file is one that cannot be read twice, as a pipe.
+  /// Back to the first item.
   void Rewind();
   /// Failure 62 if what is left of the file is too short to hold `count` times `items` items, each of a
   /// character and a separator at the least: a table for them is then not worth making. Passes if nobody can tell,
-  /// as with a pipe.
+  /// as with a file that the system makes up.
   void ExpectItems(long long count, long long items, std::string_view item, Place where = Place::current()) const;
 
   const std::string& Path() const { return file_.Path(); }

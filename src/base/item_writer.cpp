@@ -33,6 +33,9 @@ void ItemWriter::Item(double value) {
 }
 
 void ItemWriter::Item(std::string_view text) {
+  if (text.find('"') != text.npos) {
+    throw Failure(error::TypeMismatch, path_ + ": a name with a double quote cannot be read back", where_);
+  }
   char* const at = BeginItem(1);
   *at = '"';
   EndItem(at + 1);

@@ -40,6 +40,8 @@ class BandMatrix {
     if (value != 0) isFilled_[static_cast<std::size_t>(d)] = true;
     return row[d] += value;
   }
+  /// For entries that came otherwise, as from a file.
+  void CountAsFilled(int d, int columns) { std::fill_n(isFilled_.begin() + d, columns, true); }
   /// False for a column to which Add has brought nothing but zeros. Column 0 counts as filled.
   bool IsFilled(int d) const { return d == 0 || isFilled_[static_cast<std::size_t>(d)] != 0; }
 

@@ -10,10 +10,8 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "NAME.MAT holds little-endian doubles");
 
-/// A strip of columns is turned at a time. Strips end where a cache line of the rows ends, so that each line of the
-/// band is touched once.
+/// So many columns are turned at a time: as many entries as a cache line of the band holds.
 constexpr int StripWidth = 8;
-int EndOfLine(int d) { return (d + StripWidth - 1) / StripWidth * StripWidth + 1; }
 
 /// Rows of a strip that are read and turned at a time, so that they stay in the cache in between.
 constexpr int RowsAtOnce = 8192;
@@ -43,6 +41,16 @@ void TurnToRows(const double* turned, int rows, int columns, BandMatrix& K, int 
   turn(columns);
 }
 
+/// The first of the turned rows with an entry beyond its height, or -1.
+int RowBeyondHeight(const double* turned, const double* heights, int rows, int columns, int first) {
+  for (int e = 0; e < rows; ++e) {
+    for (int c = columns - 1; first + c > heights[e] && c >= 0; --c) {
+      if (turned[c * RowsAtOnce + e] != 0) return e;
+    }
+  }
+  return -1;
+}
+
 }  // namespace
 
 std::int64_t MatrixFileSize(int equationBound, int bandBound) {
@@ -62,8 +70,7 @@ void SaveMatrix(const BandMatrix& K, const std::string& path) {
       file.Skip(bytes());
       continue;
     }
-    const int lineEnd = std::min(EndOfLine(first), columnsEnd);
-    while (end < lineEnd && K.IsFilled(end)) ++end;
+    while (end < std::min(first + StripWidth, columnsEnd) && K.IsFilled(end)) ++end;
     TurnToColumns(K, first, end - first, turned.data());
     file.Write(turned.data(), bytes());
   }
@@ -99,7 +106,7 @@ void MatrixReader::CheckHeights(int equations, int BandInput, std::source_locati
 void MatrixReader::FindStrips() {
   const auto isHole = [&](int d) { return file_.IsHole(Place(0, d), Place(0, d + 1)); };
   for (int first = 1, end = 1; first <= bandBound_; first = end) {
-    while (end <= bandBound_ && end < EndOfLine(first) && !isHole(end)) ++end;
+    while (end <= bandBound_ && end < first + StripWidth && !isHole(end)) ++end;
     if (end > first)
       strips_.push_back({first, end - first});
     else
@@ -118,7 +125,13 @@ void MatrixReader::ReadRows(int first, int last, BandMatrix& window) {
                      turned_.data() + std::size_t{RowsAtOnce} * static_cast<std::size_t>(c),
                      sizeof(double) * static_cast<std::size_t>(count));
       }
+      const double* const heights = heights_.data() + first + row;
+      if (const int e = RowBeyondHeight(turned_.data(), heights, count, strip.columns, strip.first); e >= 0) {
+        throw Failure(error::SubscriptOutOfRange,
+                      file_.Path() + ": row " + std::to_string(first + row + e) + " has an entry beyond its height");
+      }
       TurnToRows(turned_.data(), count, strip.columns, window, row, strip.first);
+      window.CountAsFilled(strip.first, strip.columns);
     }
   }
 }

@@ -17,12 +17,12 @@ namespace velmor {
 /// Bytes of NAME.MAT for a band of these bounds: 8 (EquationBound + 1) (BandBound + 1).
 std::int64_t MatrixFileSize(int equationBound, int bandBound);
 
-/// Writes a band whose entries have all come by Add. An older file is replaced. Failure 57 or 75.
+/// Writes a band whose entries have all come by Add or from such a file. An older file is replaced. Failure 57 or 75.
 void SaveMatrix(const BandMatrix& K, const std::string& path);
 
 /// NAME.MAT opened for reading, for bands of the given bounds. No row may be higher than BandInput or reach beyond
 /// `equations`, since the users of the band rely on that. Failure 53 if the file is missing, 62 if it is too short, 9
-/// if it belongs to a band of other bounds or holds an impossible height.
+/// if it belongs to a band of other bounds or holds an impossible height or an entry beyond one.
 class MatrixReader {
  public:
   MatrixReader(const std::string& path, int equationBound, int bandBound, int equations, int BandInput,

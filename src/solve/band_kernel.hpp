@@ -45,7 +45,7 @@ struct BandWork {
 struct BandKernel {
   int wideBand;  // from this width on, blocks of rows are faster than single tiles
   /// Eliminates rows first..last, at most BlockRows, given that the rows before are done; first - 1 is a multiple of 8.
-  /// Returns 0 or the first equation whose pivot is zero or not a number.
+  /// Returns 0 or the first equation with a bad pivot, as EliminateBand tells.
   int (*eliminate)(const BandWork& work, int first, int last);
   /// Solves for unknowns first..last, given that those after are done. Rows go in eights from the last one up.
   void (*backSubstitute)(const BandWork& work, int first, int last);

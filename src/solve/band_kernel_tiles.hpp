@@ -221,11 +221,11 @@ struct Tiles {
     int failed = 0;
     for (int r = 0; r < Rows && J + r <= work.equations; ++r) {
       const double pivot = entries[r][r];
-      if (pivot == 0 || pivot != pivot) {
+      const double p = 1 / pivot;
+      if (p - p != 0) {  // infinite or not a number
         failed = J + r;
         break;
       }
-      const double p = 1 / pivot;
       work.reciprocal[J + r] = p;
       const Vector source = S::Keep(S::Load(entries[r]), S::From(r + 1));
       S::Store(triangle[r], S::Multiply(S::Set(p), source));

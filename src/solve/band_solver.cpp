@@ -13,7 +13,7 @@
 namespace velmor {
 namespace {
 
-bool IsPivot(double entry) { return entry != 0 && !std::isnan(entry); }
+bool IsPivot(double entry) { return std::isfinite(1 / entry); }
 
 /// Takes f times pivot row i, from column j on, off row j = i + d, and lengthens row j to the end of row i.
 void ReduceRow(BandMatrix& K, int i, int d, int height, double f) {
@@ -49,8 +49,8 @@ class TiledElimination {
   TiledElimination(const BandKernel& kernel, int equations, int width, Grid& loads)
       : kernel_(kernel),
         isWide_(width >= kernel.wideBand),
-        spareRow_(RowsBeyond + 32),
-        rows_(equations + RowsBeyond, spareRow_.Data() + RowsBeyond - equations),
+        spareRow_(static_cast<std::uint64_t>(equations) + RowsBeyond + 32),
+        rows_(equations + RowsBeyond, spareRow_.Data()),
         reciprocal_(equations),
         end_(equations + 8),
         pivots_(width),
@@ -84,7 +84,7 @@ class TiledElimination {
   double* Row(int e) const { return rows_(e); }
   double End(int e) const { return end_(e); }
 
-  /// Eliminates the next block. Returns 0 or the first equation whose pivot is zero or not a number.
+  /// Eliminates the next block. Returns 0 or the first equation with a bad pivot.
   int EliminateBlock() {
     const int first = done_ + 1;
     done_ = std::min(done_ + RowsPerCall, work_.equations);
@@ -95,7 +95,7 @@ class TiledElimination {
   static constexpr int RowsBeyond = 16;
   const BandKernel& kernel_;
   bool isWide_;
-  ZeroedBlock spareRow_;  // for the rows that the last tiles lack
+  ZeroedBlock spareRow_;  // for the rows that the last tiles lack: column j at place j
   ColumnOf<double*> rows_;
   Column reciprocal_, end_;
   ColumnOf<Pivot> pivots_, groupPivots_;
@@ -122,7 +122,7 @@ class PackedSet {
   }
 
   /// Takes in the members up to this equation and eliminates as far as they go. Returns 0 or the first equation of all
-  /// whose pivot is zero or not a number; nothing more is done then.
+  /// with a bad pivot; nothing more is done then.
   int Continue(int equation) {
     while (packed_ < set_.Count() && set_.member(packed_ + 1) <= equation) Pack(++packed_);
     while (failed_ == 0 && tiles_.IsBlockThere()) {
@@ -140,7 +140,7 @@ class PackedSet {
   }
 
  private:
-  static constexpr double Fraction = 1.0 / (1 << 27);
+  static constexpr double Fraction = 0.5 / EquationSets::MostEquations;
 
   /// Puts the row of member k together: its columns begin a cache line where those of K do. The diagonal goes along
   /// also where the height is 0.
@@ -160,9 +160,9 @@ class PackedSet {
     const int e = set_.member(k), end = static_cast<int>(tiles_.End(k)), last = std::max(end, k);
     const auto height = static_cast<int>((tiles_.End(k) - end) / Fraction) - e + 1;
     double* const row = K_.Row(e) - e + 1;
-    const double* const packed = tiles_.Row(k);
+    double* const packed = tiles_.Row(k);
     std::copy(packed + k, packed + last + 1, &row_(0));
-    std::fill(K_.Row(e) + 1, const_cast<double*>(packed) + k + set_.width, 0.0);
+    std::fill(K_.Row(e) + 1, packed + k + set_.width, 0.0);
     for (int j = k; j <= last; ++j) row[set_.member(j)] = row_(j - k);
     K_(e, 0) = height;
   }
@@ -234,7 +234,7 @@ Instructions Fastest() {
 int EliminateBandPlainly(BandMatrix& K, Grid& LoadTable, int equations, const RowProgress& progress) {
   const int loadCases = LoadTable.Rows();
   for (int i = 1; i <= equations; ++i) {
-    if (i % RowsPerCall == 0 || i == equations - 1) progress(i);
+    if (i < equations && (i % RowsPerCall == 0 || i == equations - 1)) progress(i);
     if (!IsPivot(K(i, 1))) return i;
     const double p = 1 / K(i, 1);
     const int height = K.Height(i);
@@ -281,7 +281,7 @@ void BackSubstitute(const BandMatrix& K, Grid& LoadTable, int equations, int Ban
   if (kernel == nullptr) return BackSubstitutePlainly(K, LoadTable, equations, BandInput, progress);
 
   // One view serves both sweeps; this one only reads the band.
-  ColumnOf<double*> rows(equations + 8, const_cast<double*>(K.Row(0)));
+  ColumnOf<double*> rows(equations + 16, const_cast<double*>(K.Row(0)));
   for (int e = 1; e <= equations; ++e) rows(e) = const_cast<double*>(K.Row(e)) + 1 - e;
   BandWork work{};
   work.rows = &rows(0);

@@ -11,7 +11,8 @@ namespace velmor {
 /// which takes no step), for the display.
 using RowProgress = std::function<void(int rowsDone)>;
 
-/// The vector instructions that the solver's inner loops use. The results are the same with each of them, bit for bit.
+/// The vector instructions that the solver's inner loops use. The results are the same with each of them, bit for bit,
+/// as EliminateBand tells.
 enum class Instructions { Plain, Avx2, Avx512 };
 
 /// Whether this processor (and this build) has them.
@@ -24,10 +25,12 @@ Instructions Fastest();
 /// which rises where fill-in makes the row longer; zero multipliers are skipped. Rows are not divided by their pivots.
 ///
 /// Each entry receives its updates one by one in ascending order of the pivot rows, each as one fused multiply-subtract
-/// directly onto the entry. So the result is that of EliminateBandPlainly in every bit as long as the numbers stay
-/// finite (but for the sign of a zero that an underflow left), and depends on no block size and no processor.
+/// directly onto the entry. So the result is that of EliminateBandPlainly in every bit and depends on no block size and
+/// no processor, as long as no number of any row overflows, and but for the sign of zeros where zeros with a minus sign
+/// were given or an underflow left them.
 ///
-/// Returns 0, or the number s of the first equation whose pivot is zero or not a number; the last one counts too. Then
+/// Returns 0, or the number s of the first equation whose pivot is zero, too small for its reciprocal to be a number
+/// (below 5.6e-309), or not a number; the last one counts too. Then
 /// rows 1..s and their loads are reduced and hold what they hold in the plain elimination, row s with its bad pivot;
 /// the rows and loads beyond s are of no use.
 int EliminateBand(BandMatrix& K, Grid& LoadTable, int equations, const RowProgress& progress,

@@ -6,10 +6,9 @@
 namespace velmor {
 namespace {
 
-constexpr int LeastWidth = 100;         // narrower bands take no time worth the effort
-constexpr int Stretch = 64;             // rows that are looked at together
-constexpr int MostSets = 4;             // the last one takes up what is left
-constexpr int MostEquations = 1 << 26;  // the ends of the rows keep two equations in one number
+constexpr int LeastWidth = 100;  // narrower bands take no time worth the effort
+constexpr int Stretch = 64;      // rows that are looked at together
+constexpr int MostSets = 4;      // the last one takes up what is left
 
 /// Which equations hang together so far: a forest of parents, the root of a tree standing for all of it.
 class Links {
@@ -79,7 +78,7 @@ int EquationSet::Rank(int equation) const {
 
 EquationSets SeparateSets(const BandMatrix& K, int equations) {
   const int room = K.BandBound();
-  if (room < LeastWidth || equations >= MostEquations) return {};
+  if (room < LeastWidth || equations >= EquationSets::MostEquations) return {};
   Links links(equations);
   for (int e = 1; e <= equations; ++e) {
     LinkRow(K, e, links);
@@ -110,8 +109,8 @@ EquationSets SeparateSets(const BandMatrix& K, int equations) {
     if (list.empty()) continue;
     found.sets.push_back(MakeSet(list, room));
     const double width = found.sets.back().width;
-    if (width > room - 8)
-      return {};  // a row of it would not fit into its own place, moved to the start of a cache line
+    // A row of the set must fit into its own place, moved to the start of a cache line.
+    if (width > room - 8) return {};
     operations += static_cast<double>(list.size()) * width * width;
   }
   const double whole = static_cast<double>(equations) * room * room;

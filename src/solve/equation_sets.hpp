@@ -18,6 +18,9 @@ struct EquationSet {
 };
 
 struct EquationSets {
+  /// No more are taken apart: the elimination keeps two equations' numbers in one Double, exactly.
+  static constexpr int MostEquations = 1 << 26;
+
   std::vector<EquationSet> sets;
   std::vector<int> loose;  // the equations without any link, which stand in no set; ascending
 };
