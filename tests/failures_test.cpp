@@ -51,12 +51,14 @@ Spoil Tek(std::string elements) { return Text(".TEK", "3 1 0 0 0 1 0 0 2 0 0 " +
 Spoil WideModel() { return Text(".TEK", "100000 1 " + Repeated(300000, "0 ") + "1 1 100000 1"); }
 /// A beam, and a gap without a limit behind it.
 void WithGap(const Folder& f) { f.Write(".TEK", "3 2 0 0 0 1 0 0 2 0 0 7 1 2 1 14 2 3 1"); }
-/// A height of 2 in the last row of NAME.MAT, which has 1.
-void SpoilHeight(const Folder& f) {
-  std::string bytes = f.Read(".MAT");
-  const double height = 2;
-  std::memcpy(&bytes[8 * 18], &height, 8);
-  f.Write(".MAT", bytes);
+/// A 2 in the last row of NAME.MAT, in the place of its height or of its second entry: it has a height of 1.
+Spoil SpoiltRow(std::size_t column) {
+  return [=](const Folder& f) {
+    std::string bytes = f.Read(".MAT");
+    const double two = 2;
+    std::memcpy(&bytes[8 * (25 * column + 18)], &two, 8);
+    f.Write(".MAT", bytes);
+  };
 }
 
 const Messages Stopped{"CALCULATION STOPPED"}, Unstarted{"NOT CORRECTLY STARTED"};
@@ -191,7 +193,8 @@ TEST(Failures, OfTheSolutionAndBehindIt) {
            {"no supports", Gone(".VPL"), 53, all, NotFound(".vpl")},
            {"NAME.MAT cut short", Text(".MAT", std::string(2000, 0)), 62, all, Stopped},
            {"NAME.MAT of a larger model", Text(".MAT", std::string(8 * 25 * 20, 0)), 9, all, Stopped},
-           {"impossible height", SpoilHeight, 9, all, Stopped},
+           {"impossible height", SpoiltRow(0), 9, all, Stopped},
+           {"entry beyond a height", SpoiltRow(2), 9, all, Stopped},
            {"NAME.DAT of another model", Text(".DAT", "4 12 2"), 9, all, Stopped},
            {"NAME.DAT of another code", Text(".DAT", "3 8 2"), 9, all, Stopped},
        }) {
