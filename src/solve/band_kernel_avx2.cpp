@@ -40,6 +40,6 @@ struct Avx2 {
 
 }  // namespace
 
-constinit const BandKernel Avx2Kernel = MakeBandKernel<Avx2>(500);
+constinit const BandKernel Avx2Kernel = MakeBandKernel<Avx2>(400);
 
 }  // namespace velmor
