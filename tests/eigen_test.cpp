@@ -157,6 +157,7 @@ TEST(EigenStage, StopsAtOnceAndLeavesTheControlFile) {
   } cases[] = {
       {[](Model& m) { m.supports.erase(m.supports.begin() + 2); }, 11, "6", "1,4\n"},                 // in the middle
       {[](Model& m) { m.supports.erase(m.supports.begin() + 3); }, 11, "division by zero", "1,4\n"},  // at the end
+      {[](Model& m) { m.cases[0].nodal[0].value = 0; }, 11, "has no mass", "1,4\n"},
       {[](Model& m) { m.cases.clear(); }, 9, "load case 1", "of an earlier run"},
   };
   for (const auto& c : cases) {

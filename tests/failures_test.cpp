@@ -135,6 +135,8 @@ TEST(Failures, OfTheKolStageWaitAtTheButtons) {
            {"super element", Tek("100 \"hull\" 1 2 1 2"), 9, "", {"SUPER ELEMENT IS NOT SUPPORTED"}},
            {"no ELTYP.DAT", Gone("ELTYP.DAT"), 53, ""},
            {"too many types", Text("ELTYP.DAT", "27 \"Passive\" 2"), 9, ""},
+           {"type without a row", Text("ELTYP.DAT", "2 a 2 b 2"), 9, ""},
+           {"type of five nodes", Text("ELTYP.DAT", "1 a 5"), 9, ""},
            {"beam of one node", Text("ELTYP.DAT", "8 a 2 b 2 c 3 d 3 e 4 f 4 g 4 h 1"), 9, ""},
            {"EEM.CTR cut short", Text("EEM.CTR", "\"model\" 0 1 3"), 62, ""},
            {"NAME.DAT is a folder", [](const Folder& f) { fs::create_directory(f.File(".DAT")); }, 75, ".DAT"},
@@ -161,7 +163,9 @@ TEST(Failures, OfTheMatrixStagesEndTheProgram) {
   const Spoil noShear = Text(".MLT", "1 m 1000 -1 0 1 0 0 1 0 1 0 1 0 " + Repeated(36, "0 "));
   const Spoil otherCode = [](const Folder& f) { f.WriteControl(4, {.EigenFlag = 1}); };
   ExpectFault("EEM 3.1", {"analysis code 4", otherCode, 9, ".DAT", Stopped});
+  const Spoil tooStiff = Text(".MLT", "1 m 1e300 0 0 1e300 0 0 1 0 1 0 1 0 " + Repeated(36, "0 "));
   ExpectFault("EEM 3.1", {"no shear modulus", noShear, 11, ".DAT", Stopped});
+  ExpectFault("EEM 3.1", {"stiffness beyond all numbers", tooStiff, 6, ".DAT", Stopped});
   ExpectFault("EEM 3.1", {"no memory", WideModel(), 7, ".DAT", {"Out of Memory, Reduce size of declaired model"}});
   ExpectFault("Mass 1.0", {"disk full", FullDisk(".MAS"), 57, ".DAT.MAS", Stopped}, massOnly);
   std::signal(SIGXFSZ, SIG_IGN);
