@@ -94,10 +94,10 @@ Model Loose(int code) {
   return model;
 }
 
-/// A beam in four elements along x, loaded from element `first` on.
+/// A beam in eight elements along x, loaded from element `first` on.
 Model LoadedBeams(int first) {
-  Model model = Line(7, 3, 4);
-  for (int e = first; e <= 4; ++e) model.cases[0].onElements.push_back({e, 3, -1});
+  Model model = Line(7, 3, 8);
+  for (int e = first; e <= 8; ++e) model.cases[0].onElements.push_back({e, 3, -1});
   return model;
 }
 
@@ -116,6 +116,19 @@ Model Stop(double load, double stiffness, double limit) {
   model.AddElement(14, {2, wall}, 2);
   model.materials = {{1000, 0, 0, 100}, {stiffness, 0, 0, 100, 0, limit}};
   model.cases[0].nodal[0].value = load;
+  return model;
+}
+
+/// Bars in a row between held ends, and two stops against the same wall: the second holds back, the first pulls.
+Model TwoStops(double limit) {
+  Model model = Line(1, 1, 3);
+  model.Fix(4, 1);
+  model.Fix(model.AddNode(500, 0), 2);
+  for (int e : {2, 3}) model.elements[static_cast<std::size_t>(e - 1)].material = e;
+  model.AddElement(14, {2, 5}, 4);
+  model.AddElement(14, {3, 5}, 5);
+  model.materials = {{5, 0, 0, 1}, {50, 0, 0, 1}, {10, 0, 0, 1}, {900, 0, 0, 1, 0, limit}, {300, 0, 0, 1, 0, 500}};
+  model.cases = {{{{2, 1, -300}, {3, 1, 300}}, {}}};
   return model;
 }
 
@@ -173,10 +186,11 @@ TEST(Warnings, TellWhatAModelAsksTooMuch) {
       {"rotations without stiffness: 3, first node 2 in rotation about x:", Loose(3), Line(1, 3)},
       {"loaded freedoms without stiffness: 1, first node 2 in y:", Loose(3), Line(1, 3)},
       {"prescribed displacements: 1, first node 1 in x:", Prescribed(2), Prescribed(1)},
-      {"in runs of fewer than 4 elements: 1, first element 4:", LoadedBeams(4), LoadedBeams(1)},
+      {"in runs of fewer than 8 elements: 7, first element 2:", LoadedBeams(2), LoadedBeams(1)},
       // A corner between the second and the third, or one of them the other way round.
-      {"in runs of fewer than 4 elements: 4, first", Moved(LoadedBeams(1), {4, 5}, 0, 100), turnedBeam},
+      {"in runs of fewer than 8 elements: 8, first", Moved(LoadedBeams(1), {8, 9}, 0, 100), turnedBeam},
       {"gaps shortened beyond their limit (field 6): 1, first record 2:", Stop(1e6, 100, 500), Stop(1e6, 1e5, 500)},
+      {"gaps that pull at their limit (field 6): 1, first record 4:", TwoStops(80), TwoStops(300)},
       // In metres the passes end too early, in millimetres they do not.
       {"gaps that had not settled when the passes ended: 1,", Stop(0.02, 2000, 1e-5), Stop(20, 2000, 1e-2)},
       {"less mass than the heaviest: 1, first node 2 in x:", unequal, EigenRun()},

@@ -56,7 +56,8 @@ bool IsMet(const Case& c) {
       return std::abs(Difference(c.values.back())) <= c.limit;
     }
     case Class::Coarse:
-      return !all(0.05);
+      return std::none_of(c.values.begin(), c.values.end(),
+                          [](const Value& v) { return std::abs(Difference(v)) <= 0.05; });
   }
   return false;
 }

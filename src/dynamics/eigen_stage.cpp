@@ -66,13 +66,6 @@ void ForEachSupport(const Run& run, const std::vector<Support>& supports, Action
   }
 }
 
-std::vector<Support> ReadAllSupports(Run& run) {
-  const std::string path = run.File(".VPL");
-  std::vector<Support> supports = ReadSupports(path, run.analysisCode, run.sizes.NodeCount);
-  WarnOfSkippedSupports(run, path, supports);
-  return supports;
-}
-
 /// GlobalBand as NAME.MAT has it, with the supports in its diagonal.
 void LoadSupportedMatrix(Run& run, const std::vector<Support>& supports) {
   LoadGlobalBand(run);
@@ -160,7 +153,7 @@ void SolveEigenModes(Run& run) {
   DeleteFile(run.File(".EIG"));
   ItemWriter eig(run.File(".EIG"), Unfinished::Keep);
   eig.Line(run.analysisCode, run.sizes.NodeCount);
-  const std::vector<Support> supports = ReadAllSupports(run);
+  const std::vector<Support> supports = ReadSupports(run, run.File(".VPL"));
   const int free = run.sizes.EquationCount() - static_cast<int>(supports.size());
   WarnOfUnequalMasses(run, MassDiagonal, supports);
   WarnOfEigenModel(run, supports);

@@ -30,7 +30,6 @@ class BandMatrix {
   double* Row(int e) { return &(*this)(e, 0); }
   const double* Row(int e) const { return block_.Data() + At(e, 0); }
   /// Numbers from one row to the next.
-  std::ptrdiff_t Stride() const { return static_cast<std::ptrdiff_t>(stride_); }
   int Height(int e) const { return static_cast<int>((*this)(e, 0)); }
 
   /// Adds to an entry and raises the height of its row, also where the value is zero. Returns the entry.

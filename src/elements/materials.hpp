@@ -15,7 +15,7 @@ struct Material {
   double density = 0;      // 3: mass density
   double A = 0;            // 4: section area of line elements, thickness of surface elements
   double planeStrain = 0;  // 5: zero is plane stress
-  double rotation = 0;     // 6: rotation of a beam section in degrees; limit of a gap
+  double rotation = 0;     // 6: turn of a section or of a triangle's load axes, degrees; limit of a gap
   double J = 0;            // 7: torsion constant of beams; axial pre-force of type 17
   double unused = 0;       // 8
   double Iy = 0;           // 9: second moment of area, second local axis of a beam; offset of type 17

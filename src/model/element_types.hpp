@@ -12,6 +12,10 @@ enum class RecordForm { None, Line, Triangle, Quadrilateral, Spring };
 
 /// Form of the record of an element type: lines 1, 7, 14, 17; triangles 2, 3, 13; quadrilaterals 4 to 6 and
 /// 8 to 12; nodal spring 16. None for any other code.
+///
+/// A new type stands here, which gives it a record, masses, loads and reactions; in DispatchElement of the EEM stage
+/// with its stiffness, a file of its own in src/elements/; in ELTYP.DAT; in the line or the nodal stress stage if it
+/// has stresses; and in the tables of elements of the user's pages.
 constexpr RecordForm RecordFormOf(int type) {
   switch (type) {
     case 1:

@@ -27,7 +27,7 @@ struct ModelTables {
   GridOf<int> elements;           // 0..E, 0..4: column 0 type, columns 1..4 node numbers
   ColumnOf<int> elementMaterial;  // 0..E
   Column elementState;            // 0..element records: factor of a gap's stiffness, 1 at the start
-  Column rotations;               // 0..E, radians: angle of a four-node element's output axes, 0 at the start
+  Column rotations;  // 0..E, radians: angle of a four-node element's load axes, 0: NAME.rot turns stresses alone
   ElementTypeTable types;
 
   Vector3 Node(int n) const { return {nodeCoordinates(n, 1), nodeCoordinates(n, 2), nodeCoordinates(n, 3)}; }

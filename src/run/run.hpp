@@ -43,7 +43,7 @@ struct RunState {
   BandMatrix GlobalBand;  // filled by the EEM stage, used up by the Sys stage; Nodal Force loads it again
   Column MassVector;      // 0..EquationBound; zeros from the EEM stage, masses from the Mass stage
   LoadCases loadCases;    // from NAME.lcd by the Sys stage
-  int LoadCaseCount = 0;  // from NAME.lcd by the Sys stage and by the load routine of NSA
+  int LoadCaseCount = 0;  // from NAME.lcd by the Sys stage and by the load routine of the stress window
   Grid LoadTable;         // load case by equation: loads, then displacements, left by the Sys stage
   RunReport report;       // figures for the end of the run, from every stage
   int exitStatus = 0;     // of the process, by a stage that failed where the run goes on (failure_answer.hpp)

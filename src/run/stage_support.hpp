@@ -51,6 +51,7 @@ std::optional<Failure> Attempt(Body body, std::source_location where = std::sour
   }
 }
 
+/// The failure with the number and type of an element record in its description.
 Failure OfRecord(const Failure& failure, int record, int type);
 
 /// Runs what a stage does with one element record; a failure of the arithmetic, which knows no element, gets the
@@ -64,13 +65,14 @@ void WithRecord(int record, int type, Body body) {
     throw OfRecord(failure, record, type);
   }
 }
+
 /// A stage failed and the run goes on: its status becomes that of the process, unless an earlier one has.
 void NoteFailure(Run& run, const Failure& failure);
 
 /// Shows number and line of a failure on form2.
 void ShowFailure(Run& run, const Failure& failure);
 
-/// The messages by which the EEM, Mass and Non-Linear stages answer a failure, then the end of program. `stage` is told
+/// The messages by which a stage that cannot go on answers a failure, then the end of program. `stage` is told
 /// beside the failure.
 [[noreturn]] void EndAfterFailure(Run& run, const Failure& failure, const std::string& stage);
 [[noreturn]] void EndAfterFailure(Run& run, const Failure& failure);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "base/failure.hpp"
 #include "solve/supports.hpp"
@@ -21,11 +22,11 @@ NodalLoad ReadNodalLoad(ItemReader& knk, int analysisCode, int nodeCount, std::s
   if (direction < 1) {
     throw Failure(error::SubscriptOutOfRange, knk.Describe("direction of a load is below 1"), where);
   }
-  constexpr double beyondAnyFreedom = 7;
+  constexpr double beyondAnyFreedom = 7, largest = std::numeric_limits<int>::max();
   if (direction < beyondAnyFreedom && direction != std::floor(direction)) {
     throw Failure(error::TypeMismatch, knk.Describe("direction of a load is no whole number"), where);
   }
-  load.direction = FreedomOf(static_cast<int>(std::min(direction, beyondAnyFreedom)), analysisCode);
+  load.direction = FreedomOf(static_cast<int>(std::min(direction, largest)), analysisCode);
   load.value = knk.Number("value of a nodal load", where);
   return load;
 }

@@ -73,9 +73,7 @@ void ReportDisplacements(Run& run) {
 
 /// A penalty on the diagonal of each supported freedom; its prescribed value acts in load case 1.
 void ApplySupports(Run& run) {
-  const std::string path = run.File(".vpl");
-  const auto supports = ReadSupports(path, run.analysisCode, run.sizes.NodeCount);
-  WarnOfSkippedSupports(run, path, supports);
+  const auto supports = ReadSupports(run, run.File(".vpl"));
   WarnOfPrescribedDisplacements(run, supports);
   for (const Support& support : supports) {
     if (support.direction > run.sizes.DofPerNode) continue;
