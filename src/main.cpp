@@ -11,10 +11,15 @@
 #include "run/run_controller.hpp"
 
 int main() {
+  velmor::WatchSignals();
   // Standard streams that are closed get a place to go, so that no file of the run takes their numbers.
-  while (::open("/dev/null", O_RDWR) <= STDERR_FILENO) {
-  }
+  int descriptor = 0;
+  while (0 <= descriptor && descriptor <= STDERR_FILENO) descriptor = ::open("/dev/null", O_RDWR);
   const std::string folder = velmor::ProgramFolder();
+  if (folder.empty()) {
+    std::fprintf(stderr, "The program folder cannot be found: /proc/self/exe is not there\n");
+    return velmor::exit_status::StartUp;
+  }
   const velmor::FolderLock lock(folder);
   if (!lock.IsHeld()) {
     std::fprintf(stderr, "Velmor is running in this program folder already; start it from a copy of the folder\n");
@@ -22,7 +27,6 @@ int main() {
   }
   std::signal(SIGXFSZ, SIG_IGN);  // a file at its size limit fails to grow, as on a full disk, and the stage answers
   std::signal(SIGPIPE, SIG_IGN);  // a run goes on when nobody reads its progress any more
-  velmor::WatchSignals();
   velmor::ConsoleDisplay display;
   return velmor::RunProgram(display, folder);
 }

@@ -107,5 +107,15 @@ TEST(BandMatrix, FileIsWrittenAlsoWhereNothingCanBeSkipped) {
   EXPECT_EQ(bytes, "begin" + std::string(5000, '\0') + "end");
 }
 
+TEST(OutputFile, IsWrittenByOneRunAtATime) {
+  const Folder folder;
+  folder.Write(".RVP.part", "what a killed run has left");
+  OutputFile file(folder.File(".RVP"));
+  EXPECT_THROW(OutputFile(folder.File(".RVP")), Failure);
+  file.Append("whole");
+  file.Close();
+  EXPECT_EQ(folder.Read(".RVP"), "whole");
+}
+
 }  // namespace
 }  // namespace velmor::testing

@@ -211,6 +211,8 @@ TEST(Failures, OfTheSolutionAndBehindIt) {
   ExpectFault("Nodal Force 1.0", {"disk full", FullDisk(".KRT"), 57, all, {"PROCESS STOPPED"}});
   ExpectFault("Nodal Force 1.0", {"EEM.CTR gone", Nothing, 53, prepared + ".RVP", {"PROCESS STOPPED"}});
   const AnalysisFlags noSolve{.SolveFlag = 0, .LineStressFlag = 0, .FEStressFlag = 0};
+  const Spoil manyCases = Text(".lcd", "2000000000");
+  ExpectFault("NSA 2.3", {"more load cases than the file can hold", manyCases, 62, prepared, Stopped}, noSolve);
   ExpectFault("NSA 2.3", {"no load cases at the end", Gone(".lcd"), 53, prepared, NotFound(".lcd")}, noSolve);
 }
 

@@ -36,7 +36,7 @@ Failure FailureOf(const std::function<void()>& action) {
 
 TEST(ItemReader, TakesEverySeparatorAlike) {
   for (const char* text : {"1,2,3", "1 2 3", "1\r\n2\r\n3\r\n", "1\t2\t3", "1 , 2 , 3", "  1,\n\n2,3", "1\n,2\n,3 ",
-                           "1,2,3,", "1,2\n3\n\n\n", "\"1\",\"2\" 3 ", "+1,\"+2\",\" 3 \""}) {
+                           "1,2,3,", "1,2\n3\n\n\n", "\xEF\xBB\xBF 1 2 3", "\"1\",\"2\" 3 ", "+1,\"+2\",\" 3 \""}) {
     SCOPED_TRACE(text);
     TextReader reader(text);
     for (int expected = 1; expected <= 3; ++expected) EXPECT_EQ(reader.Whole("number"), expected);
@@ -123,6 +123,7 @@ TEST(ItemReader, KeepsWhatStandsInQuotesAndItemsLongerThanItsBuffer) {
     EXPECT_EQ(reader.Text("name"), expected);
   }
   EXPECT_TRUE(reader.AtEnd());
+  EXPECT_THROW(TextReader(std::string(2'000'000, '7')).Text("no text of a model"), Failure);
 }
 
 TEST(ItemReader, RefusesACountThatTheFileCannotHold) {

@@ -19,15 +19,18 @@ namespace {
 struct Program : Folder {
   Program() { std::filesystem::copy_file(VELMOR_PROGRAM, Folder::Program("velmor")); }
 
-  pid_t Start(const std::string& input = "") const {
+  /// `user`: whose process it is, 0 for that of the test.
+  pid_t Start(const std::string& input = "", uid_t user = 0) const {
     WriteText(Folder::Program("input"), input);
     const pid_t process = ::fork();
     if (process != 0) return process;
     if (::chdir(Folder::Program().c_str()) != 0) ::_exit(127);
+    ::signal(SIGHUP, SIG_DFL);
     const auto connect = [](const char* file, int flags, int stream) { ::dup2(::open(file, flags, 0600), stream); };
     connect("input", O_RDONLY, STDIN_FILENO);
     connect("output", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
     connect("errors", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+    if (user != 0 && ::setuid(user) != 0) ::_exit(127);
     ::execl("./velmor", "./velmor", nullptr);
     ::_exit(127);
   }
@@ -64,7 +67,7 @@ struct Program : Folder {
 };
 
 TEST(Program, EndsCleanlyOnASignal) {
-  for (const int signal : {SIGINT, SIGTERM}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     const Program program;
     const pid_t process = program.StartRestless();
     ::kill(process, signal);
@@ -113,6 +116,39 @@ TEST(Program, TakesARelativeModelPathAndTellsByItsStatus) {
   const std::string errors = ReadText(program.Folder::Program("errors"));
   EXPECT_TRUE(errors.starts_with("FILE NOT FOUND: ../model.MLT\nFATAL ERROR, RUN ABORTED\n"));
   EXPECT_EQ(Program::StatusOf(program.Start()), exit_status::StartUp);  // EEM.CTR is gone, nobody is at the buttons
+}
+
+TEST(Program, TellsWhatItMayNotTouch) {
+  namespace fs = std::filesystem;
+  const uid_t nobody = 65534, user = ::geteuid() == 0 ? nobody : 0;  // the superuser may touch everything
+  const Program program;
+  program.WriteExample("roof-truss");
+  const fs::path control = program.Folder::Program("EEM.CTR"), folder = fs::path(program.File()).parent_path();
+  fs::permissions(folder / "program", fs::perms::all);
+  const std::string flags = ReadText(control);
+  const struct {
+    fs::path locked;
+    const char* message;
+  } cases[] = {{program.File(".TEK"), ".TEK: Permission"},
+               {program.File(".VPL"), ".VPL: Permission"},
+               {program.File(".lcd"), ".lcd: Permission"},
+               {folder, ".DAT cannot be written: Permission"}};
+  for (const auto& [locked, message] : cases) {
+    WriteText(control, flags);
+    fs::permissions(folder, fs::perms::all);
+    const fs::perms before = fs::status(locked).permissions();
+    fs::permissions(locked, locked == folder ? fs::perms{0555} : fs::perms::none);
+    EXPECT_EQ(Program::StatusOf(program.Start("", user)), exit_status::Resources) << message;
+    fs::permissions(locked, before);
+    const std::string errors = ReadText(program.Folder::Program("errors"));
+    EXPECT_NE(errors.find(message), std::string::npos) << errors;
+    EXPECT_TRUE(
+        errors.ends_with("look at the permissions of the folder and at whether a folder stands in the file's "
+                         "place\n"))
+        << errors;
+    EXPECT_FALSE(fs::exists(control));
+    program.Remove(".DAT");
+  }
 }
 
 TEST(Program, IsAskedForAModelAtAConsole) {

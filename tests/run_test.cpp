@@ -197,7 +197,7 @@ TEST(ManualStart, StaysAtTheButtonsWithoutAModelOrWithABadOne) {
   display.paths = {folder.File(".tek")};  // the file is spelled .TEK
   EXPECT_NE(folder.Run(display), 0);
   EXPECT_EQ(display.waits, 4);
-  EXPECT_EQ(display.notices.size(), 1u) << "no model chosen";
+  EXPECT_EQ(display.notices.size(), 2u) << "no model chosen, no supports";
   EXPECT_EQ(display.messages, std::vector<std::string>{"NO CONSTRAINS DEFINED"});
   EXPECT_TRUE(display.form1.Command1.visible && display.form1.Command2.visible && display.form1.Command3.visible);
   folder.Write(".TEK", "2 1 0 0 0 2 0 0 99 1 2 1");

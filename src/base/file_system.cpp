@@ -26,10 +26,8 @@ bool SameWithoutCase(const std::string& a, const std::string& b) {
                     [&](char one, char other) { return lower(one) == lower(other); });
 }
 
-[[noreturn]] void FailOpening(const std::string& path, int errorNumber, std::source_location where) {
-  const bool missing = errorNumber == ENOENT || errorNumber == ENOTDIR;
-  throw Failure(Cause::MissingFile, missing ? error::FileNotFound : error::PathAccessError,
-                path + ": " + std::strerror(errorNumber), path, where);
+[[noreturn]] void FailOpening(const std::string& path, int number, const char* reason, std::source_location where) {
+  throw Failure(Cause::MissingFile, number, path + ": " + reason, path, where);
 }
 
 }  // namespace
@@ -48,7 +46,7 @@ std::string FindFile(const std::string& path) {
   return found.empty() ? path : (asSpelled.parent_path() / found).string();
 }
 
-void DeleteFile(const std::string& path) { ::unlink(FindFile(path).c_str()); }
+bool DeleteFile(const std::string& path) { return ::unlink(FindFile(path).c_str()) == 0 || errno == ENOENT; }
 
 std::int64_t FileSize(const std::string& path) {
   struct stat status {};
@@ -61,7 +59,11 @@ FileStamp StampOf(const std::string& path) {
   return {status.st_ino, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-std::string ProgramFolder() { return fs::read_symlink("/proc/self/exe").parent_path().string() + "/"; }
+std::string ProgramFolder() {
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  return error ? "" : program.parent_path().string() + "/";
+}
 
 FolderLock::FolderLock(const std::string& folder) {
   descriptor_ = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -75,11 +77,14 @@ FolderLock::~FolderLock() {
 InputFile::InputFile(const std::string& path, std::source_location where) : path_(path) {
   // Without O_NONBLOCK a pipe without a writer would hold the run for ever.
   descriptor_ = ::open(FindFile(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor_ < 0) FailOpening(path_, errno, where);
+  if (descriptor_ < 0) {
+    const bool missing = errno == ENOENT || errno == ENOTDIR;
+    FailOpening(path_, missing ? error::FileNotFound : error::PathAccessError, std::strerror(errno), where);
+  }
   struct stat status {};
   if (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) {
     ::close(descriptor_);
-    FailOpening(path_, S_ISDIR(status.st_mode) ? EISDIR : EACCES, where);
+    FailOpening(path_, error::PathAccessError, "no regular file", where);
   }
   size_ = static_cast<std::int64_t>(status.st_size);
 }
@@ -144,30 +149,47 @@ OutputFile::OutputFile(const std::string& path, Unfinished unfinished, std::sour
   const bool exists = ::stat(path_.c_str(), &older) == 0;
   if (exists && S_ISDIR(older.st_mode)) FailCreating(EISDIR);
   if (exists && ::access(path_.c_str(), W_OK) != 0) FailCreating(errno);
-  if (!exists || S_ISREG(older.st_mode)) Create(path_ + ".part", exists ? older.st_mode & 07777 : 0666);
+  if (!exists || S_ISREG(older.st_mode)) CreateTemporary(exists ? older.st_mode & 07777 : 0666);
   if (descriptor_ >= 0) {
-    temporary_ = path_ + ".part";
     if (exists) ::fchmod(descriptor_, older.st_mode & 07777);
     return;
   }
   // A device, or a folder or name that leaves no room for another file: written in its place.
-  Create(path_, 0666);
+  descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
   if (descriptor_ < 0) FailCreating(errno);
 }
 
-void OutputFile::Create(const std::string& name, mode_t mode) {
-  descriptor_ = ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, mode);
+/// Opens the file in which the result grows, emptied of what a killed run has left in it, for this process alone.
+void OutputFile::CreateTemporary(mode_t mode) {
+  const std::string name = path_ + ".part";
+  for (int left = 10; left > 0; --left) {
+    descriptor_ = ::open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW, mode);
+    if (descriptor_ < 0) return;
+    if (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+      ::close(std::exchange(descriptor_, -1));
+      throw Failure(error::PathAccessError, spelled_ + " cannot be written: another run is writing it", where_);
+    }
+    // Between the two calls another run may have given the file its final name.
+    struct stat opened {
+    }, named{};
+    if (::fstat(descriptor_, &opened) == 0 && ::lstat(name.c_str(), &named) == 0 && opened.st_ino == named.st_ino)
+      break;
+    if (left > 1) ::close(descriptor_);
+  }
+  temporary_ = name;
+  if (::ftruncate(descriptor_, 0) != 0) FailWriting(where_);
 }
 
 void OutputFile::FailCreating(int errorNumber) const {
   throw Failure(error::PathAccessError, spelled_ + " cannot be written: " + std::strerror(errorNumber), where_);
 }
 
-/// Takes both the file in the making and the older one away; a device stays.
+/// Takes both the file in the making and the older one away, or empties it where the folder lets no file go; a device
+/// stays.
 void OutputFile::Remove() const {
   if (!temporary_.empty()) ::unlink(temporary_.c_str());
   std::error_code ignored;
-  if (fs::is_regular_file(path_, ignored)) ::unlink(path_.c_str());
+  if (fs::is_regular_file(path_, ignored) && ::unlink(path_.c_str()) != 0) fs::resize_file(path_, 0, ignored);
 }
 
 void OutputFile::RemoveOlder() {
@@ -228,6 +250,7 @@ void OutputFile::Close(std::source_location where) {
   if (::close(descriptor) != 0 || (!temporary_.empty() && ::rename(temporary_.c_str(), path_.c_str()) != 0)) {
     const int reason = errno;
     Remove();
+    if (reason == EACCES || reason == EPERM) FailCreating(reason);
     errno = reason;
     FailWriting(where);
   }

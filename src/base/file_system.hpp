@@ -15,8 +15,8 @@ namespace velmor {
 /// `path` itself, which is then the name of a file to create.
 std::string FindFile(const std::string& path);
 
-/// Deletes the file that `path` means. A file that does not exist is no error.
-void DeleteFile(const std::string& path);
+/// Deletes the file that `path` means; false if it is still there. A file that does not exist is no error.
+bool DeleteFile(const std::string& path);
 
 /// Size in bytes of the file that `path` means, or -1 if there is none.
 std::int64_t FileSize(const std::string& path);
@@ -29,7 +29,7 @@ struct FileStamp {
 };
 FileStamp StampOf(const std::string& path);
 
-/// The folder that holds the running program, absolute, with a trailing '/'.
+/// The folder that holds the running program, absolute, with a trailing '/'; empty if the system does not tell it.
 std::string ProgramFolder();
 
 /// Keeps a second start in the same folder away for as long as it lives; leaves no file behind.
@@ -80,9 +80,10 @@ enum class Unfinished { Discard, Keep };
 /// A file being written. It grows under a name of its own beside its place and takes its place at Close, so
 /// that a program killed at any moment leaves a whole file or none. Without Close, when its stage fails, or when Close
 /// fails, it disappears together with the older file of its name, so that nothing stale is taken for its result, or
-/// stays with what had been written (Unfinished::Keep). A device in its place is written directly, and so is a file
-/// whose folder or name has no room for a second one; such a file is whole only when Close has returned.
-/// Failure 75 if it cannot be created, 57 if writing fails (a full disk).
+/// stays with what had been written (Unfinished::Keep). No two runs write one file at a time. A device in its place is
+/// written directly, and so is a file whose folder or name has no room for a second one; such a file is whole only when
+/// Close has returned. Failure 75 if it cannot be created or another run is writing it, 57 if writing fails (a full
+/// disk).
 class OutputFile {
  public:
   explicit OutputFile(const std::string& path, Unfinished unfinished = Unfinished::Discard,
@@ -111,7 +112,7 @@ class OutputFile {
   void Close(std::source_location where = std::source_location::current());
 
  private:
-  void Create(const std::string& name, mode_t mode);
+  void CreateTemporary(mode_t mode);
   [[noreturn]] void FailCreating(int errorNumber) const;
   void WriteNow(const void* from, std::size_t bytes);
   void Flush();

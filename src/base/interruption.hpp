@@ -2,7 +2,8 @@
 
 namespace velmor {
 
-/// From now on SIGINT and SIGTERM are noted instead of ending the process, so that a run can end cleanly.
+/// From now on SIGINT, SIGTERM and the SIGHUP of a closed terminal are noted instead of ending the process, so that a
+/// run can end cleanly.
 void WatchSignals();
 
 /// The signal that was noted, or 0.

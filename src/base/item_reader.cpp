@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "base/failure.hpp"
+#include "base/interruption.hpp"
 
 namespace velmor {
 namespace {
@@ -39,6 +40,8 @@ std::int64_t CountLineEnds(const char* first, const char* last) {
 }
 
 constexpr std::size_t BufferSize = std::size_t{1} << 16;
+constexpr std::size_t LongestItem = std::size_t{1} << 20;
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";  // which some editors put in front of a text
 
 /// More than any number takes that is written with some sense; a longer one is read the slow way.
 constexpr std::ptrdiff_t UsualNumberLength = 64;
@@ -65,9 +68,11 @@ void ItemReader::Rewind() {
 /// before `keep` is dropped. at_ moves along. False at the end of the file.
 bool ItemReader::ReadOn(const char* keep) {
   if (bufferHoldsRest_) return false;
+  ThrowIfInterrupted();
   linesBefore_ += CountLineEnds(buffer_.get(), keep);
   const std::ptrdiff_t kept = end_ - keep, passed = at_ - keep;
   if (static_cast<std::size_t>(kept) == room_) {
+    if (room_ == LongestItem) throw Failure(error::TypeMismatch, Describe("an item of more than a million characters"));
     room_ *= 2;
     auto larger = MakeBuffer(room_);
     std::copy(keep, end_, larger.get());
@@ -80,6 +85,7 @@ bool ItemReader::ReadOn(const char* keep) {
   at_ = buffer_.get() + passed;
   end_ = free + got;
   item_ = buffer_.get();
+  if (bytesRead_ == 0 && std::string_view(free, got).starts_with(ByteOrderMark)) at_ += ByteOrderMark.size();
   bytesRead_ += static_cast<std::int64_t>(got);
   bufferHoldsRest_ = got < wanted;
   return got > 0;

@@ -197,10 +197,6 @@ void PrepareModel(Run& run) {
   WarnOfElements(run);
 }
 
-bool ConstraintsExist(const Run& run) {
-  return !Attempt([&] { InputFile vpl(run.File(".VPL")); });
-}
-
 void ShowKolFailure(Run& run, const Failure& failure) {
   run.form1.Label2 = {"Error No.", true};
   run.form1.Label3 = {"Errorlijn", true};
@@ -221,10 +217,12 @@ void RunKolStage(Run& run) {
     run.exitStatus = ExitStatusOf(*failure);
     return;
   }
-  if (PreparesModel(run.flags) && !ConstraintsExist(run)) {
+  if (!PreparesModel(run.flags)) return;
+  if (const auto unsupported = Attempt([&] { InputFile vpl(run.File(".VPL")); })) {
     run.display.MessageBox("NO CONSTRAINS DEFINED");
+    run.display.Explain(NoticeOf("Kol 2.1", *unsupported));
     run.stopFlag = true;
-    run.exitStatus = exit_status::BadInput;
+    run.exitStatus = ExitStatusOf(*unsupported);
   }
 }
 

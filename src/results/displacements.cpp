@@ -4,6 +4,7 @@
 
 #include "base/failure.hpp"
 #include "model/model_sizes.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 
 namespace velmor {
@@ -33,7 +34,9 @@ void DisplacementFile::ReadCase(double* to, std::source_location where) {
 }
 
 void DisplacementTable::Require(int freedoms, std::source_location where) const {
-  if (!isRead) throw Failure(error::SubscriptOutOfRange, "an element needs displacements and there are none", where);
+  if (!isRead)
+    throw Failure(error::SubscriptOutOfRange,
+                  "an element needs displacements and there are none: NAME.RVP was not read", where);
   if (freedoms > DofPerNode) {
     throw Failure(error::SubscriptOutOfRange,
                   "an element needs " + std::to_string(freedoms) + " displacements of a node, the model has " +
@@ -57,6 +60,7 @@ void ReadDisplacements(Run& run, std::source_location where) {
   } catch (const Failure& failure) {
     if (failure.number != error::FileNotFound && failure.number != error::PathAccessError) throw;
     run.display.MessageBox("Displacements not found");
+    if (failure.number == error::PathAccessError) Warn(run, failure.what());
   }
 }
 

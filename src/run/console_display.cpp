@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <iostream>
 #include <utility>
 
 #include "base/file_system.hpp"
@@ -17,8 +17,9 @@ namespace velmor {
 namespace {
 
 constexpr std::chrono::milliseconds UpdateInterval{50};
-constexpr int MostAnswers =
-    1000;  // from a pipe; more is no person's input, and an endless pipe must not hold the program
+// From a pipe; more is no person's input, and an endless pipe must not hold the program.
+constexpr int MostAnswers = 1000;
+constexpr std::size_t LongestAnswer = 65536;
 
 std::string LowerCase(std::string text) {
   for (char& c : text) c = 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -28,6 +29,24 @@ std::string LowerCase(std::string text) {
 std::string Trimmed(const std::string& text) {
   const auto first = text.find_first_not_of(" \t\r");
   return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+/// A line of standard input. False at its end, where the line is longer than any answer, and on a signal.
+bool ReadAnswer(std::string& line) {
+  line.clear();
+  int c = std::getchar();
+  for (; c != EOF && c != '\n'; c = std::getchar()) {
+    if (line.size() == LongestAnswer) return false;
+    line += static_cast<char>(c);
+  }
+  return c == '\n' || !line.empty();
+}
+
+/// Text of a file as one line that no terminal obeys.
+std::string Printable(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return ('\0' <= c && c < ' ') || c == '\x7f'; }, '?');
+  return text;
 }
 
 /// The number that a text is, or -1.
@@ -134,7 +153,7 @@ void ConsoleDisplay::Refresh(const StressWindow& window) {
 
 void ConsoleDisplay::Notice(const std::string& line) {
   EndLiveLine();
-  std::fprintf(stderr, "%s\n", line.c_str());
+  std::fprintf(stderr, "%s\n", Printable(line).c_str());
 }
 
 void ConsoleDisplay::MessageBox(const std::string& text) { Notice(text); }
@@ -152,7 +171,7 @@ std::optional<std::string> ConsoleDisplay::Ask(const std::string& question) {
   std::printf("%s ", question.c_str());
   std::fflush(stdout);
   std::string line;
-  const bool answered = (::isatty(STDIN_FILENO) == 1 || ++answers_ <= MostAnswers) && std::getline(std::cin, line);
+  const bool answered = (::isatty(STDIN_FILENO) == 1 || ++answers_ <= MostAnswers) && ReadAnswer(line);
   ThrowIfInterrupted();
   if (!answered) {
     std::printf("\n");
@@ -224,7 +243,7 @@ void ConsoleDisplay::ShowModal(OptionsWindow& window) {
 void ConsoleDisplay::ShowSummary(const std::vector<std::string>& lines) {
   EndLiveLine();
   std::printf("\n");
-  for (const std::string& line : lines) std::printf("%s\n", line.c_str());
+  for (const std::string& line : lines) std::printf("%s\n", Printable(line).c_str());
 }
 
 }  // namespace velmor

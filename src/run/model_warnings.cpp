@@ -244,6 +244,8 @@ bool ContinueEachOther(const ModelTables& model, const LoadedBeam& a, const Load
   return AreParallel(axis(a.element), axis(b.element));
 }
 
+constexpr std::size_t MostLoadedBeamsOfNode = 16;  // more is no frame, and each would be compared with each
+
 /// For each beam the number of the first beam of its run, from 0.
 std::vector<std::size_t> RunsOf(const ModelTables& model, const std::vector<LoadedBeam>& beams) {
   std::vector<std::size_t> run(beams.size());
@@ -259,7 +261,7 @@ std::vector<std::size_t> RunsOf(const ModelTables& model, const std::vector<Load
       for (std::size_t j : here) {
         if (ContinueEachOther(model, beams[i], beams[j])) run[firstOf(i)] = firstOf(j);
       }
-      here.push_back(i);
+      if (here.size() < MostLoadedBeamsOfNode) here.push_back(i);
     }
   }
   for (std::size_t i = 0; i < beams.size(); ++i) run[i] = firstOf(i);

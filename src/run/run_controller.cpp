@@ -12,6 +12,7 @@
 #include "model/model_scan.hpp"
 #include "run/analysis_options.hpp"
 #include "run/failure_answer.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 #include "run/stage_support.hpp"
 #include "run/stages.hpp"
@@ -37,9 +38,9 @@ void StartUp(Run& run) {
 }
 
 /// Deletes the stress results of an earlier run; a file that does not exist is no error.
-void CleanUpStressResults(const Run& run) {
+void CleanUpStressResults(Run& run) {
   for (const char* extension : {".RSA", ".RLA", ".NSR", ".NSL", ".NSA", ".NLA", ".GSR", ".LSR", ".LES"}) {
-    DeleteFile(run.File(extension));
+    if (!DeleteFile(run.File(extension))) Warn(run, run.File(extension) + " of an earlier run cannot be deleted");
   }
 }
 

@@ -6,6 +6,7 @@
 #include "elements/matrix_file.hpp"
 #include "model/element_records.hpp"
 #include "run/failure_answer.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run.hpp"
 
 namespace velmor {
@@ -107,7 +108,9 @@ void EndAfterFailure(Run& run, const Failure& failure, const std::string& stage)
 void EndAfterFailure(Run& run, const Failure& failure) { EndAfterFailure(run, failure, run.form2.Frame1.caption); }
 
 void EndProgram(Run& run, int status) {
-  DeleteFile(run.programFolder + ControlFileName);
+  if (!DeleteFile(run.programFolder + ControlFileName)) {
+    Warn(run, std::string(ControlFileName) + " cannot be deleted: the next start would run its model again");
+  }
   throw ProgramEnd{status};
 }
 

@@ -30,9 +30,9 @@ std::string Bytes(std::int64_t bytes) {
 void AddModel(const Run& run, std::vector<std::string>& lines) {
   if (run.sizes.DofPerNode == 0) return;  // no stage has read the head of NAME.DAT
   const ModelSizes& sizes = run.sizes;
-  lines.push_back(Format("Model %s: %d nodes, %d element records, %d equations, half bandwidth %d, matrix ",
-                         run.modelName.c_str(), sizes.NodeCount, sizes.ElementCount, sizes.EquationCount(),
-                         sizes.BandInput) +
+  lines.push_back("Model " + run.modelName +
+                  Format(": %d nodes, %d element records, %d equations, half bandwidth %d, matrix ", sizes.NodeCount,
+                         sizes.ElementCount, sizes.EquationCount(), sizes.BandInput) +
                   Bytes(MatrixFileSize(sizes.EquationBound(), sizes.BandBound())));
   if (!PreparesModel(run.flags)) return;
   std::map<int, int> elementsOfType;
