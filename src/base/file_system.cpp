@@ -170,10 +170,10 @@ void OutputFile::CreateTemporary(mode_t mode) {
       throw Failure(error::PathAccessError, spelled_ + " cannot be written: another run is writing it", where_);
     }
     // Between the two calls another run may have given the file its final name.
-    struct stat opened {
-    }, named{};
-    if (::fstat(descriptor_, &opened) == 0 && ::lstat(name.c_str(), &named) == 0 && opened.st_ino == named.st_ino)
-      break;
+    struct stat opened {};
+    struct stat named {};
+    const bool known = ::fstat(descriptor_, &opened) == 0 && ::lstat(name.c_str(), &named) == 0;
+    if (known && opened.st_ino == named.st_ino) break;
     if (left > 1) ::close(descriptor_);
   }
   temporary_ = name;

@@ -29,7 +29,6 @@ class BandMatrix {
   /// The row of equation e: Row(e)[d] is K(e, d).
   double* Row(int e) { return &(*this)(e, 0); }
   const double* Row(int e) const { return block_.Data() + At(e, 0); }
-  /// Numbers from one row to the next.
   int Height(int e) const { return static_cast<int>((*this)(e, 0)); }
 
   /// Adds to an entry and raises the height of its row, also where the value is zero. Returns the entry.

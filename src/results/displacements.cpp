@@ -34,9 +34,9 @@ void DisplacementFile::ReadCase(double* to, std::source_location where) {
 }
 
 void DisplacementTable::Require(int freedoms, std::source_location where) const {
-  if (!isRead)
-    throw Failure(error::SubscriptOutOfRange,
-                  "an element needs displacements and there are none: NAME.RVP was not read", where);
+  if (!isRead) {
+    throw Failure(error::SubscriptOutOfRange, "an element needs displacements, NAME.RVP was not read", where);
+  }
   if (freedoms > DofPerNode) {
     throw Failure(error::SubscriptOutOfRange,
                   "an element needs " + std::to_string(freedoms) + " displacements of a node, the model has " +
