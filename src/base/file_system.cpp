@@ -206,9 +206,8 @@ OutputFile::~OutputFile() {
       // The disk is full: what it took before stays.
     }
   }
+  if (!keep || (!temporary_.empty() && ::rename(temporary_.c_str(), path_.c_str()) != 0)) Remove();
   ::close(descriptor_);
-  if (keep && (temporary_.empty() || ::rename(temporary_.c_str(), path_.c_str()) == 0)) return;
-  Remove();
 }
 
 void OutputFile::FailWriting(std::source_location where) const {
@@ -246,14 +245,16 @@ void OutputFile::Append(std::string_view text) {
 
 void OutputFile::Close(std::source_location where) {
   Flush();
-  const int descriptor = std::exchange(descriptor_, -1);
-  if (::close(descriptor) != 0 || (!temporary_.empty() && ::rename(temporary_.c_str(), path_.c_str()) != 0)) {
-    const int reason = errno;
-    Remove();
-    if (reason == EACCES || reason == EPERM) FailCreating(reason);
-    errno = reason;
-    FailWriting(where);
-  }
+  const int lock = ::dup(descriptor_);  // keeps other runs away until the file has its name
+  const bool written = ::close(std::exchange(descriptor_, -1)) == 0;
+  const bool done = written && (temporary_.empty() || ::rename(temporary_.c_str(), path_.c_str()) == 0);
+  const int reason = errno;
+  if (!done) Remove();
+  ::close(lock);
+  if (done) return;
+  if (reason == EACCES || reason == EPERM) FailCreating(reason);
+  errno = reason;
+  FailWriting(where);
 }
 
 }  // namespace velmor
