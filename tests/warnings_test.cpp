@@ -101,6 +101,20 @@ Model LoadedBeams(int first) {
   return model;
 }
 
+/// Four bars around a square that stands askew, with or without the diagonal that holds it.
+Model Frame(bool diagonal) {
+  Model model;
+  model.analysisCode = 1;
+  model.materials = {Steel};
+  model.nodes = {{0, 0, 0}, {88, 48, 0}, {40, 136, 0}, {-48, 88, 0}};
+  model.elements = {{1, {1, 2}}, {1, {2, 3}}, {1, {3, 4}}, {1, {4, 1}}};
+  if (diagonal) model.AddElement(1, {1, 3});
+  model.Fix(1, 2);
+  model.Fix(2, 2);
+  model.cases = {{{{3, 1, 10}}, {}}};
+  return model;
+}
+
 Model Prescribed(std::size_t loadCases) {
   Model model = Line(1, 0);
   model.supports[0].value = 0.5;
@@ -181,6 +195,8 @@ TEST(Warnings, TellWhatAModelAsksTooMuch) {
       {drilling, Field(Quad(11), &Material::E, 2.1e11), Quad(11)},
       {"stiffness below 1e-6: 2, first node 1 in x:", Field(Line(1, 0), &Material::E, 1e-7),
        Field(Line(1, 0), &Material::E, 1e-3)},
+      {"stiffness above 1e20: 2, first node 1 in x:", Field(Line(1, 1), &Material::E, 1e22), Line(1, 1)},
+      {"keep less than 1e-11 of their stiffness when all others may move: 1,", Frame(false), Frame(true)},
       {"translations without stiffness: 1, first node 2 in y:", Loose(1), Line(1, 1)},
       {"translations without stiffness: 2, first node 2 in y:", Loose(3), Line(1, 3)},
       {"rotations without stiffness: 3, first node 2 in rotation about x:", Loose(3), Line(1, 3)},

@@ -155,20 +155,20 @@ OutputFile::OutputFile(const std::string& path, Unfinished unfinished, std::sour
     return;
   }
   // A device, or a folder or name that leaves no room for another file: written in its place.
-  descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
+  descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666);
   if (descriptor_ < 0) FailCreating(errno);
+  if (exists && !S_ISREG(older.st_mode)) return;
+  Lock();
+  Empty();
 }
 
-/// Opens the file in which the result grows, emptied of what a killed run has left in it, for this process alone.
+/// Opens the file in which the result grows; what a killed run has left in it goes.
 void OutputFile::CreateTemporary(mode_t mode) {
   const std::string name = path_ + ".part";
   for (int left = 10; left > 0; --left) {
     descriptor_ = ::open(name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW, mode);
     if (descriptor_ < 0) return;
-    if (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-      ::close(std::exchange(descriptor_, -1));
-      throw Failure(error::PathAccessError, spelled_ + " cannot be written: another run is writing it", where_);
-    }
+    Lock();
     // Between the two calls another run may have given the file its final name.
     struct stat opened {};
     struct stat named {};
@@ -177,7 +177,21 @@ void OutputFile::CreateTemporary(mode_t mode) {
     if (left > 1) ::close(descriptor_);
   }
   temporary_ = name;
-  if (::ftruncate(descriptor_, 0) != 0) FailWriting(where_);
+  Empty();
+}
+
+/// Keeps other runs from the open file until it is closed.
+void OutputFile::Lock() {
+  if (::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) return;
+  ::close(std::exchange(descriptor_, -1));
+  throw Failure(error::PathAccessError, spelled_ + " cannot be written: another run is writing it", where_);
+}
+
+void OutputFile::Empty() {
+  if (::ftruncate(descriptor_, 0) == 0) return;
+  const int reason = errno;
+  ::close(std::exchange(descriptor_, -1));
+  FailCreating(reason);
 }
 
 void OutputFile::FailCreating(int errorNumber) const {

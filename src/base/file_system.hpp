@@ -113,6 +113,8 @@ class OutputFile {
 
  private:
   void CreateTemporary(mode_t mode);
+  void Lock();
+  void Empty();
   [[noreturn]] void FailCreating(int errorNumber) const;
   void WriteNow(const void* from, std::size_t bytes);
   void Flush();

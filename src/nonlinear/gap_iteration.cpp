@@ -108,6 +108,7 @@ void ReportGaps(Run& run) {
     }
   }
   WarnOfGaps(run, lost, pulling, unsettled);
+  WarnOfWeakPivots(run);
 }
 
 void CompareDisplacements(Run& run) {

@@ -23,7 +23,8 @@ std::string AdviceByNumber(int number) {
     case error::InputPastEnd:
       return "the file ends too early; look at its counts and its last lines";
     case error::PathAccessError:
-      return "look at the permissions of the folder and at whether a folder stands in the file's place";
+      return "look at the permissions of the folder, for a folder in the file's place, and for another run of the "
+             "model";
     default:
       return "look at the file and item named";
   }

@@ -189,6 +189,7 @@ void WarnOfNodes(Run& run) {
 constexpr double MostExtraTwist = 1;          // of type 6: its twist is twice as stiff as it should be
 constexpr double LargestDrilling = 1e-3;      // of the bending stiffness: above, the ground takes part of the moments
 constexpr double SmallestDrilling = 1e-12;    // below, it is lost in rounding where plates are inclined
+constexpr double LargeDiagonal = 1e20;        // beside which the 1e30 of a support begins to give way
 constexpr double SmallDiagonal = 1e-6;        // near the absolute limit under which a freedom counts as loose
 constexpr double RoundingOfDiagonal = 1e-15;  // of the largest diagonal: a right angle that is one but for rounding
 
@@ -306,6 +307,12 @@ void WarnOfStiffness(Run& run) {
                "stiffness and stresses do not go together");
   TellElements(run, drilling, "shells beside whose bending stiffness the drilling stiffness of 1.0 is large or lost",
                "choose units in which E t^3 / 12 lies between 1e3 and 1e12");
+  Finding rigid;
+  for (int e = 1; e <= run.sizes.EquationCount(); ++e) {
+    if (std::abs(run.GlobalBand(e, 1)) > LargeDiagonal) rigid.Note(e);
+  }
+  TellFreedoms(run, rigid, "freedoms with a stiffness above 1e20",
+               "supports hold by a stiffness of 1e30 and give way beside it, whatever the units");
   TellFreedoms(run, NearlyLooseFreedoms(run), "freedoms with a stiffness below 1e-6",
                "up to 1e-10 the solver takes it for none and holds them, whatever the units");
 }
@@ -350,6 +357,21 @@ void WarnOfLooseFreedoms(Run& run, double tinyPivot) {
   TellFreedoms(run, translations, "translations without stiffness", "they are held at zero");
   TellFreedoms(run, rotations, "rotations without stiffness", "they are held at zero");
   TellFreedoms(run, loaded, "loaded freedoms without stiffness", "their loads are dropped");
+}
+
+Finding WeakPivots(const Run& run, const Column& diagonal) {
+  constexpr double leastPart = 1e-11;
+  Finding weak;
+  for (int e = 1; e <= run.sizes.EquationCount(); ++e) {
+    if (std::abs(run.GlobalBand(e, 1)) < leastPart * std::abs(diagonal(e))) weak.Note(e);
+  }
+  return weak;
+}
+
+void WarnOfWeakPivots(Run& run) {
+  TellFreedoms(run, run.weakPivots, "freedoms that keep less than 1e-11 of their stiffness when all others may move",
+               "the structure is a mechanism there, or so soft beside its own members that the results have lost their "
+               "digits");
 }
 
 void WarnOfUnequalMasses(Run& run, const Column& MassDiagonal, const std::vector<Support>& supports) {

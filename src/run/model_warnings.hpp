@@ -48,6 +48,13 @@ void WarnOfPrescribedDisplacements(Run& run, const std::vector<Support>& support
 /// Freedoms whose diagonal is not above `tinyPivot`, and loads on them. By the Sys stage before it holds them.
 void WarnOfLooseFreedoms(Run& run, double tinyPivot);
 
+/// Pivots that the elimination has left next to nothing of: of `diagonal`, which GlobalBand had before it; by
+/// equations, both from 1. Rounding takes a mechanism's pivot for 1e-16 of its diagonal more often than for 0.
+Finding WeakPivots(const Run& run, const Column& diagonal);
+
+/// The weak pivots of the run. By the Sys stage, in gap runs by the gap stage at its end.
+void WarnOfWeakPivots(Run& run);
+
 /// Unequal masses of the freedoms that no support holds: MassDiagonal(e), e from 1. By the eigen stage.
 void WarnOfUnequalMasses(Run& run, const Column& MassDiagonal, const std::vector<Support>& supports);
 

@@ -12,6 +12,7 @@
 #include "results/displacements.hpp"
 #include "run/control_file.hpp"
 #include "run/display.hpp"
+#include "run/model_warnings.hpp"
 #include "run/run_report.hpp"
 #include "run/windows.hpp"
 #include "run/working_space.hpp"
@@ -45,6 +46,7 @@ struct RunState {
   LoadCases loadCases;    // from NAME.lcd by the Sys stage
   int LoadCaseCount = 0;  // from NAME.lcd by the Sys stage and by the load routine of the stress window
   Grid LoadTable;         // load case by equation: loads, then displacements, left by the Sys stage
+  Finding weakPivots;     // of the last elimination of the Sys stage (model_warnings.hpp)
   RunReport report;       // figures for the end of the run, from every stage
   int exitStatus = 0;     // of the process, by a stage that failed where the run goes on (failure_answer.hpp)
 

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <initializer_list>
+#include <system_error>
 #include <vector>
 
 #include "base/file_system.hpp"
@@ -40,7 +42,10 @@ void StartUp(Run& run) {
 /// Deletes the stress results of an earlier run; a file that does not exist is no error.
 void CleanUpStressResults(Run& run) {
   for (const char* extension : {".RSA", ".RLA", ".NSR", ".NSL", ".NSA", ".NLA", ".GSR", ".LSR", ".LES"}) {
-    if (!DeleteFile(run.File(extension))) Warn(run, run.File(extension) + " of an earlier run cannot be deleted");
+    if (DeleteFile(run.File(extension))) continue;
+    std::error_code error;  // in a folder that lets no file go it is emptied
+    std::filesystem::resize_file(FindFile(run.File(extension)), 0, error);
+    if (error) Warn(run, run.File(extension) + " of an earlier run cannot be deleted");
   }
 }
 
@@ -167,7 +172,7 @@ int RunProgram(Display& display, const std::string& programFolder) {
     if (run.report.isComplete) run.display.ShowSummary(Summary(run));
     return end.status;
   } catch (const Interrupted& interrupted) {
-    DeleteFile(programFolder + ControlFileName);
+    DeleteControlFile(run);
     return 128 + interrupted.signal;
   }
 }

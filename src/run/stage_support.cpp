@@ -107,10 +107,13 @@ void EndAfterFailure(Run& run, const Failure& failure, const std::string& stage)
 
 void EndAfterFailure(Run& run, const Failure& failure) { EndAfterFailure(run, failure, run.form2.Frame1.caption); }
 
+void DeleteControlFile(Run& run) {
+  if (DeleteFile(run.programFolder + ControlFileName)) return;
+  Warn(run, std::string(ControlFileName) + " cannot be deleted: the next start would run its model again");
+}
+
 void EndProgram(Run& run, int status) {
-  if (!DeleteFile(run.programFolder + ControlFileName)) {
-    Warn(run, std::string(ControlFileName) + " cannot be deleted: the next start would run its model again");
-  }
+  DeleteControlFile(run);
   throw ProgramEnd{status};
 }
 

@@ -82,6 +82,9 @@ struct ProgramEnd {
   int status;
 };
 
+/// Deletes EEM.CTR, with a warning if it stays.
+void DeleteControlFile(Run& run);
+
 /// The common end of program: deletes EEM.CTR and ends the process with an exit_status.
 [[noreturn]] void EndProgram(Run& run, int status);
 

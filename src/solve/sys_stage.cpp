@@ -110,10 +110,14 @@ void Solve(Run& run) {
   };
   run.form2.Label8.caption = "Busy";
   ShowStatus(run, "Solving System Matrix");
+  Column diagonal(equations);
+  for (int e = 1; e <= equations; ++e) diagonal(e) = run.GlobalBand(e, 1);
   const double steps = equations - 1.0;
   const int singular =
       EliminateBand(run.GlobalBand, run.LoadTable, equations, [&](int row) { show(row / steps * 100); });
   if (singular != 0) FailAtPivot(run, singular);
+  run.weakPivots = WeakPivots(run, diagonal);
+  if (!run.gapFlag) WarnOfWeakPivots(run);
   ShowStatus(run, "Back substituting");
   BackSubstitute(run.GlobalBand, run.LoadTable, equations, run.sizes.BandInput, [&](int rows) {
     const double e = equations + 1.0 - rows;
