@@ -41,11 +41,6 @@ void Nothing(const Folder&) {}
 Spoil FullDisk(std::string file) {
   return [=](const Folder& f) { fs::create_symlink("/dev/full", f.File(file)); };
 }
-std::string Repeated(int count, const std::string& text) {
-  std::string all;
-  for (int i = 0; i < count; ++i) all += text;
-  return all;
-}
 Spoil Tek(std::string elements) { return Text(".TEK", "3 1 0 0 0 1 0 0 2 0 0 " + elements); }
 /// A bar between the first and the last of 100000 nodes.
 Spoil WideModel() { return Text(".TEK", "100000 1 " + Repeated(300000, "0 ") + "1 1 100000 1"); }

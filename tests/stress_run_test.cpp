@@ -35,12 +35,6 @@ int RunStresses(const Folder& folder, RecordingDisplay& display) {
   return folder.Run(display);
 }
 
-std::string Repeated(int count, const std::string& text) {
-  std::string all;
-  for (int i = 1; i <= count; ++i) all += text;
-  return all;
-}
-
 TEST(StressStages, RunAloneOnTheFilesOfAnEarlierRun) {
   Folder folder;
   Recover(folder, MixedModel(), {Bulge, Bulge});

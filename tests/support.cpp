@@ -60,6 +60,12 @@ void RecordingDisplay::ShowModal(OptionsWindow& window) {
   for (OptionsBox box : clicks) ClickOption(window, box);
 }
 
+std::string Repeated(int count, const std::string& text) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
+}
+
 Folder::Folder() {
   std::string name = (fs::temp_directory_path() / "velmor-XXXXXX").string();
   if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot make the folder " + name);

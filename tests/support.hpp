@@ -55,6 +55,9 @@ class RecordingDisplay : public Display {
 using models::ReadText;
 using models::WriteText;
 
+/// The text so many times.
+std::string Repeated(int count, const std::string& text);
+
 /// A model with the flags of its run; Folder writes its file family.
 struct Model : models::Model {
   AnalysisFlags flags{.LineStressFlag = 0, .FEStressFlag = 0};
