@@ -154,8 +154,8 @@ class Target {
     for (const char* earlier : {"DAT", "MAT", "RVP"}) {
       const std::string result = workplace_.ReadResult(earlier);
       if (result.empty()) Fail(std::string("the model does not run: no ") + earlier);
-      if (std::string_view(earlier) != "RVP" || name_ == "RVP")
-        files_[earlier] = result;  // a run that writes it has it looked at
+      const bool isSolvedAnew = std::string_view(earlier) == "RVP" && name_ != "RVP";  // and looked at then
+      if (!isSolvedAnew) files_[earlier] = result;
     }
     files_["CTR"] = name_ == "RVP" ? "\n0,0,3,0,0,0,1,1\n" : "\n0,0,3,0,0,1,1,1\n";
   }

@@ -29,8 +29,9 @@ struct Finding {
 /// rotations, nodes out of a plane model, nodes without an element. From the model tables, by the Kol stage.
 void WarnOfElements(Run& run);
 
-/// Thin elements of type 6, plane strain where a type does not carry it through, drilling stiffness and pivot limit
-/// against the stiffness of the model. By the EEM stage when GlobalBand is complete.
+/// Thin elements of type 6, plane strain where a type does not carry it through, and drilling stiffness,
+/// pivot limit and stiffness of supports against the stiffness of the model. By the EEM stage when GlobalBand is
+/// complete.
 void WarnOfStiffness(Run& run);
 
 /// A line of NAME.ell: a uniform load on an element along one of its local axes.

@@ -74,6 +74,9 @@ void RunStage(Run& run, const char* name, void (*stage)(Run&), std::initializer_
   const auto failure = Attempt([&] {
     ItemReader lcd(run.File(".lcd"));
     run.LoadCaseCount = ReadLoadCaseCount(lcd);
+    // The count alone will do, unless it is one for which the stages would write empty blocks for hours.
+    constexpr int mostUnlisted = 1000;
+    if (run.LoadCaseCount > mostUnlisted) lcd.ExpectItems(run.LoadCaseCount, 1, "load cases");
   });
   if (failure) EndAfterFailure(run, *failure, run.nsa.caption);
   if (IsOn(run.flags.LineStressFlag)) RunStage(run, "Line Element stress", RunLineStressStage, {".LES"});

@@ -2,14 +2,11 @@
 
 namespace velmor {
 
-int ReadLoadCaseCount(ItemReader& lcd, std::source_location where) {
-  constexpr int numbersOfCase = 6;
-  const int count = lcd.Count("number of load cases", where);
-  lcd.ExpectItems(count, numbersOfCase, "load cases", where);
-  return count;
-}
+int ReadLoadCaseCount(ItemReader& lcd, std::source_location where) { return lcd.Count("number of load cases", where); }
 
 LoadCases ReadLoadCases(ItemReader& lcd, int count, std::source_location where) {
+  constexpr int numbersOfCase = 6;
+  lcd.ExpectItems(count, numbersOfCase, "load cases", where);
   LoadCases cases;
   for (int c = 1; c <= count; ++c) {
     cases.LoadCaseName.push_back(lcd.Text("name of a load case", where));

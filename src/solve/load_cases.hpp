@@ -22,8 +22,7 @@ struct LoadCases {
 /// x, y, z. Every other type is a plain case of nodal and element loads.
 constexpr bool IsAcceleration(int loadCaseType) { return 1 <= loadCaseType && loadCaseType <= 6; }
 
-/// Reads the number of load cases, the first item of NAME.lcd; failure 9 if it is negative, 62 if the file has no room
-/// for so many.
+/// Reads the number of load cases, the first item of NAME.lcd; failure 9 if it is negative.
 int ReadLoadCaseCount(ItemReader& lcd, std::source_location where = std::source_location::current());
 
 /// Reads name, type and five values of each of `count` load cases, which stand behind the count.
